@@ -1,0 +1,9 @@
+#include "framework/qordebug/channel.h"
+
+#include <utility>
+
+namespace qordebug {
+
+channel::channel(std::string p_name) : _name(std::move(p_name)) {}
+
+} // namespace qordebug

@@ -1,0 +1,7 @@
+#include "framework/qordebug/sink.h"
+
+namespace qordebug {
+
+sink::~sink() = default;
+
+} // namespace qordebug
