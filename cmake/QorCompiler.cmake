@@ -37,6 +37,7 @@ endif()
 function(qor_compile_settings p_target)
     target_compile_options(${p_target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> # g++ 12 reports text + std::string falsely
         $<$<BOOL:${QOR_WARNINGS_AS_ERRORS}>:-Werror>)
     target_compile_definitions(${p_target} PRIVATE QT_NO_KEYWORDS)
     target_link_options(${p_target} PRIVATE $<$<NOT:$<CONFIG:Sanitizers>>:-Wl,--no-undefined> -Wl,--as-needed)
