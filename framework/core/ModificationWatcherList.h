@@ -1,0 +1,3 @@
+#pragma once
+
+#include "framework/core/ModificationWatcher.h" // IWYU pragma: export

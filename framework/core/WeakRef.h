@@ -1,0 +1,3 @@
+#pragma once
+
+#include "framework/core/Reference.h" // IWYU pragma: export

@@ -1,0 +1,15 @@
+#include "framework/model/PropertyChecks.h"
+
+#include <QColor>
+
+namespace Qor::Chart::Model::Detail {
+
+std::string CheckColor(QColor const& p_color) {
+    return p_color.isValid() ? "" : "the colour is invalid; give a valid one, or reset the property.";
+}
+
+std::string CheckFinite(Types::Vector3_Base<double> const& p_vector) {
+    return IsFinite(p_vector) ? "" : "a coordinate is infinite or not a number; give three finite numbers.";
+}
+
+} // namespace Qor::Chart::Model::Detail
