@@ -126,8 +126,9 @@ void Node::TouchThis(ModifiableType p_type, Change p_change, Relationship p_rela
         propagation->Spread(*this, p_type, p_change, p_relationship, p_node, p_name, p_data);
 }
 
+/// Reported as a property without a name: a generic change is what libraries above take for less than a real one.
 void Node::Touch() {
-    TouchThis(ModifiableTypeGeneric, ChangeModified, RelationshipSelf, {}, EmptyName(), {});
+    TouchThis(ModifiableTypeProperty, ChangeModified, RelationshipSelf, {}, EmptyName(), {});
 }
 
 void Node::CollectChildren(std::vector<Node*>&) const {}

@@ -21,13 +21,13 @@ public:
     Ptr(Ptr const& p_other) noexcept : _node(p_other._node) { Acquire(); }
     Ptr(Ptr&& p_other) noexcept : _node(std::exchange(p_other._node, nullptr)) {}
 
-    template <class U>
-        requires std::is_convertible_v<U*, T*> Ptr(Ptr<U> const& p_other)
-    noexcept : _node(p_other.Get()) { Acquire(); }
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    Ptr(Ptr<U> const& p_other) noexcept : _node(p_other.Get()) {
+        Acquire();
+    }
 
-    template <class U>
-        requires std::is_convertible_v<U*, T*> Ptr(Ptr<U>&& p_other)
-    noexcept : _node(p_other.Detach()) {}
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    Ptr(Ptr<U>&& p_other) noexcept : _node(p_other.Detach()) {}
 
     ~Ptr() { ReleaseNode(_node); }
 

@@ -40,71 +40,58 @@ public:
     WeakPtr(WeakPtr const& p_other) noexcept : _control(p_other._control) { Share(); }
     WeakPtr(WeakPtr&& p_other) noexcept : _control(std::exchange(p_other._control, nullptr)) {}
 
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    WeakPtr(Ptr<U> const& p_node) : WeakPtr(p_node.Get()) {}
+
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    WeakPtr(WeakPtr<U> const& p_other) noexcept : _control(p_other._control) {
+        Share();
+    }
+
+    ~WeakPtr() { Detail::ReleaseControl(_control); }
+
+    WeakPtr& operator=(WeakPtr p_other) noexcept {
+        std::swap(_control, p_other._control);
+        return *this;
+    }
+
+    void Reset() noexcept { *this = WeakPtr(); }
+
+    /// True when the node is gone, and for an empty handle.
+    bool Expired() const noexcept { return !_control || !_control->node; }
+    /// True for a handle that was never attached.
+    bool IsEmpty() const noexcept { return _control == nullptr; }
+
+    /// The node, kept alive by the result; empty when the node is gone, and while no owning handle has it yet.
+    [[nodiscard]] Ptr<T> Lock() const noexcept {
+        return _control && Detail::TryAddReference(*_control) ? Ptr<T>::Adopt(Peek()) : Ptr<T>();
+    }
+
+    /// The node without a count taken, null when it is gone: for a look during which the node cannot die.
+    T* Peek() const noexcept { return _control && _control->node ? static_cast<T*>(_control->node) : nullptr; }
+
     template <class U>
-        requires std::is_convertible_v<U*, T*> WeakPtr(Ptr<U> const& p_node) : WeakPtr(p_node.Get()) {}
+    bool operator==(WeakPtr<U> const& p_other) const noexcept {
+        return _control == p_other._control;
+    }
+    template <class U>
+    std::strong_ordering operator<=>(WeakPtr<U> const& p_other) const noexcept {
+        return std::compare_three_way{}(_control, p_other._control);
+    }
 
-        template <class U>
-            requires std::is_convertible_v<U*, T*> WeakPtr(WeakPtr<U> const& p_other)
-        noexcept : _control(p_other._control) {
-            Share();
-        }
+    /// Equal for all handles of one node, and different for all others; alive or not.
+    std::size_t OwnerHash() const noexcept { return std::hash<Detail::WeakControl*>{}(_control); }
 
-        ~WeakPtr() {
-            Detail::ReleaseControl(_control);
-        }
+private:
+    template <class U>
+    friend class WeakPtr;
 
-        WeakPtr& operator=(WeakPtr p_other) noexcept {
-            std::swap(_control, p_other._control);
-            return *this;
-        }
+    void Share() noexcept {
+        if (_control)
+            ++_control->handles;
+    }
 
-        void Reset() noexcept {
-            *this = WeakPtr();
-        }
-
-        /// True when the node is gone, and for an empty handle.
-        bool Expired() const noexcept {
-            return !_control || !_control->node;
-        }
-        /// True for a handle that was never attached.
-        bool IsEmpty() const noexcept {
-            return _control == nullptr;
-        }
-
-        /// The node, kept alive by the result; empty when the node is gone, and while no owning handle has it yet.
-        [[nodiscard]] Ptr<T> Lock() const noexcept {
-            return _control && Detail::TryAddReference(*_control) ? Ptr<T>::Adopt(Peek()) : Ptr<T>();
-        }
-
-        /// The node without a count taken, null when it is gone: for a look during which the node cannot die.
-        T* Peek() const noexcept {
-            return _control && _control->node ? static_cast<T*>(_control->node) : nullptr;
-        }
-
-        template <class U>
-        bool operator==(WeakPtr<U> const& p_other) const noexcept {
-            return _control == p_other._control;
-        }
-        template <class U>
-        std::strong_ordering operator<=>(WeakPtr<U> const& p_other) const noexcept {
-            return std::compare_three_way{}(_control, p_other._control);
-        }
-
-        /// Equal for all handles of one node, and different for all others; alive or not.
-        std::size_t OwnerHash() const noexcept {
-            return std::hash<Detail::WeakControl*>{}(_control);
-        }
-
-    private:
-        template <class U>
-        friend class WeakPtr;
-
-        void Share() noexcept {
-            if (_control)
-                ++_control->handles;
-        }
-
-        Detail::WeakControl* _control = nullptr;
+    Detail::WeakControl* _control = nullptr;
 };
 
 } // namespace Qor::Chart::Core

@@ -1,0 +1,7 @@
+#include "framework/assets/ImageError.h"
+
+namespace Qor::Chart::Assets {
+
+ImageError::~ImageError() = default;
+
+} // namespace Qor::Chart::Assets

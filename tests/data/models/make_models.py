@@ -1,0 +1,173 @@
+#!/usr/bin/env python3
+"""Writes the small model files beside it, good ones and broken ones, as the tests expect them."""
+import base64
+import json
+import struct
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+
+CUBE = [(x, y, z) for z in (-0.5, 0.5) for y in (-0.5, 0.5) for x in (-0.5, 0.5)]
+# Quads, counter-clockwise from outside.
+CUBE_QUADS = [(0, 2, 3, 1), (4, 5, 7, 6), (0, 1, 5, 4), (2, 6, 7, 3), (0, 4, 6, 2), (1, 3, 7, 5)]
+CUBE_TRIANGLES = [t for a, b, c, d in CUBE_QUADS for t in ((a, b, c), (a, c, d))]
+TETRA = [(0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1)]
+TETRA_TRIANGLES = [(0, 2, 1), (0, 1, 3), (1, 2, 3), (0, 3, 2)]
+
+
+def text(name, content):
+    (HERE / name).write_text(content, encoding="utf-8")
+
+
+def data(name, content):
+    (HERE / name).write_bytes(content)
+
+
+class Buffer:
+    """The binary part of a glTF file, with its views and accessors."""
+
+    def __init__(self):
+        self.bytes, self.views, self.accessors = b"", [], []
+
+    def add(self, rows, kind, code, component, limits=False):
+        width = {"SCALAR": 1, "VEC3": 3, "VEC4": 4}[kind]
+        flat = [v for row in rows for v in (row if width > 1 else (row,))]
+        packed = struct.pack(f"<{len(flat)}{code}", *flat)
+        self.views.append({"buffer": 0, "byteOffset": len(self.bytes), "byteLength": len(packed)})
+        accessor = {"bufferView": len(self.views) - 1, "componentType": component, "count": len(rows), "type": kind}
+        if limits:
+            accessor["min"] = [min(c) for c in zip(*rows)]
+            accessor["max"] = [max(c) for c in zip(*rows)]
+        self.accessors.append(accessor)
+        self.bytes += packed + b"\0" * (-len(packed) % 4)
+        return len(self.accessors) - 1
+
+    def positions(self, rows):
+        return self.add(rows, "VEC3", "f", 5126, True)
+
+    def colors(self, rows):
+        return self.add(rows, "VEC4", "f", 5126)
+
+    def indices(self, values):
+        return self.add(values, "SCALAR", "H", 5123)
+
+
+def scene(cube_indices=None):
+    """A root with a red cube, a mirrored child, a sheared grandchild, and a node of lines and points."""
+    b = Buffer()
+    cube = b.positions(CUBE)
+    cube_indices = b.indices([i for t in CUBE_TRIANGLES for i in t] if cube_indices is None else cube_indices)
+    tetra = b.positions(TETRA)
+    tetra_colors = b.colors([(1, 0, 0, 1), (0, 1, 0, 1), (0, 0, 1, 1), (1, 1, 1, 1)])
+    tetra_indices = b.indices([i for t in TETRA_TRIANGLES for i in t])
+    line = b.positions([(0, 0, 0), (1, 0, 0), (1, 1, 0)])
+    points = b.positions([(0, 0, 2), (1, 0, 2)])
+    document = {
+        "asset": {"version": "2.0", "generator": "make_models.py"},
+        "scene": 0,
+        "scenes": [{"nodes": [0]}],
+        "nodes": [
+            {"name": "car", "children": [1, 2, 4]},
+            {"name": "body", "mesh": 0, "translation": [10, 0, 0]},
+            {"name": "mirrored", "mesh": 0, "scale": [-2, 1, 1], "children": [3]},
+            {"name": "sheared", "mesh": 1, "rotation": [0, 0, 0.38268343, 0.92387953]},
+            {"name": "wires", "mesh": 2},
+        ],
+        "materials": [
+            {"name": "red paint", "pbrMetallicRoughness": {"baseColorFactor": [1, 0, 0, 1]}},
+            {"name": "glass", "alphaMode": "BLEND", "pbrMetallicRoughness": {"baseColorFactor": [0.5, 1, 1, 0.25]}},
+        ],
+        "meshes": [
+            {"name": "box", "primitives": [{"attributes": {"POSITION": cube}, "indices": cube_indices, "material": 0}]},
+            {"name": "wedge", "primitives": [{"attributes": {"POSITION": tetra, "COLOR_0": tetra_colors},
+                                              "indices": tetra_indices, "material": 1}]},
+            {"name": "wire", "primitives": [{"attributes": {"POSITION": line}, "mode": 3},
+                                            {"attributes": {"POSITION": points}, "mode": 0}]},
+        ],
+        "buffers": [{"byteLength": len(b.bytes)}],
+        "bufferViews": b.views,
+        "accessors": b.accessors,
+    }
+    return document, b.bytes
+
+
+def gltf(name, document, binary):
+    document["buffers"][0]["uri"] = "data:application/octet-stream;base64," + base64.b64encode(binary).decode()
+    text(name, json.dumps(document, indent=1) + "\n")
+
+
+def glb(document, binary):
+    document["buffers"][0].pop("uri", None)
+    head = json.dumps(document, separators=(",", ":")).encode()
+    head += b" " * (-len(head) % 4)
+    chunks = struct.pack("<II", len(head), 0x4E4F534A) + head + struct.pack("<II", len(binary), 0x004E4942) + binary
+    return struct.pack("<4sII", b"glTF", 2, 12 + len(chunks)) + chunks
+
+
+def ply(name, vertices, faces, colors=None):
+    lines = ["ply", "format ascii 1.0", f"element vertex {len(vertices)}"]
+    lines += [f"property float {axis}" for axis in "xyz"]
+    lines += [f"property uchar {channel}" for channel in ("red", "green", "blue")] if colors else []
+    lines += [f"element face {len(faces)}", "property list uchar int vertex_indices"] if faces is not None else []
+    lines += ["end_header"]
+    for i, vertex in enumerate(vertices):
+        lines.append(" ".join(map(str, vertex + (colors[i] if colors else ()))))
+    lines += [" ".join(map(str, (len(face),) + face)) for face in faces or []]
+    text(name, "\n".join(lines) + "\n")
+
+
+def normal(a, b, c):
+    u, v = [b[i] - a[i] for i in range(3)], [c[i] - a[i] for i in range(3)]
+    n = [u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]]
+    length = sum(x * x for x in n) ** 0.5
+    return tuple(x / length for x in n)
+
+
+def stl():
+    lines, packed = ["solid tetra"], struct.pack("<80sI", b"tetra", len(TETRA_TRIANGLES))
+    for triangle in TETRA_TRIANGLES:
+        corners = [TETRA[i] for i in triangle]
+        n = normal(*corners)
+        lines += ["facet normal %g %g %g" % n, "outer loop"]
+        lines += ["vertex %g %g %g" % corner for corner in corners]
+        lines += ["endloop", "endfacet"]
+        packed += struct.pack("<12fH", *n, *[x for corner in corners for x in corner], 0)
+    text("tetra.stl", "\n".join(lines + ["endsolid tetra"]) + "\n")
+    data("tetra_binary.stl", packed)
+    data("truncated.stl", packed[:150])
+
+
+def obj():
+    lines = ["mtllib cube.mtl", "o cube"] + ["v %g %g %g" % v for v in CUBE] + ["usemtl green"]
+    lines += ["f " + " ".join(str(i + 1) for i in quad) for quad in CUBE_QUADS]
+    text("cube.obj", "\n".join(lines) + "\n")
+    text("cube.mtl", "newmtl green\nKd 0 0.5 0\nd 0.75\n")
+    text("nan.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nv nan 0 0\nv 1e39 0 0\nf 1 2 3\nf 1 2 4\nf 1 3 5\n")
+    text("badindex.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\nf 1 2 99\n")
+    text("lines.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nl 1 2 3\n")
+    text("nothing.obj", "# no mesh in here\nv 0 0 0\n")
+    text("unknown.nosuchformat", "what is this\n")
+    text("garbage.gltf", "{ this is not JSON")
+    data("garbage.glb", bytes((i * 73 + 11) % 256 for i in range(400)))
+    text("empty.obj", "")
+
+
+def main():
+    document, binary = scene()
+    whole = glb(document, binary)
+    data("scene.glb", whole)
+    data("truncated.glb", whole[:len(whole) // 2])
+    gltf("scene.gltf", document, binary)
+    gltf("badindex.gltf", *scene([0, 2, 3, 0, 3, 60000]))
+    ply("tetra.ply", TETRA, TETRA_TRIANGLES, [(255, 0, 0), (0, 255, 0), (0, 0, 255), (255, 255, 255)])
+    ply("points.ply", TETRA, None, [(255, 0, 0)] * 4)
+    ply("badindex.ply", TETRA, TETRA_TRIANGLES + [(0, 1, 77)])
+    ply("huge.ply", TETRA, TETRA_TRIANGLES)
+    path = HERE / "huge.ply"
+    path.write_text(path.read_text().replace("vertex 4", "vertex 4000000000"))
+    obj()
+    stl()
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,147 @@
+#include "tests/framework/ogl/RecordedAgl.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace Qor::Chart::Ogl {
+namespace {
+
+using namespace Tokens;
+using Matrix = Types::Matrix4;
+using Vector3 = Agl::Vector3;
+using Vector4 = Agl::Vector4;
+
+Vector3 Apply(Matrix const& p_matrix, Vector3 const& p_point) {
+    Vector4 const result = p_matrix * Vector4(p_point, 1);
+    return result.XYZ() / result.w;
+}
+
+TEST(AglMatrix, operationsMultiplyOnTheRightOfTheCurrentStack) {
+    RecordedAgl recorded;
+    Agl& agl = recorded.agl;
+    agl.Translate(1, 2, 3);
+    agl.Rotate(90, {0, 0, 1});
+    agl.Scale(2, 3, 4);
+    Matrix const expected =
+        Matrix::Translation({1, 2, 3}) * Matrix::Rotation(90, {0, 0, 1}) * Matrix::Scaling({2, 3, 4});
+    for (int i = 0; i < 16; ++i) {
+        EXPECT_NEAR(agl.Get(AGL_MODELVIEW_MATRIX).Data()[i], expected.Data()[i], 1e-12);
+    }
+    agl.MatrixMode(AGL_TEXTURE);
+    agl.ActiveTexture(AGL_TEXTURE1);
+    agl.PushMatrix();
+    agl.Translate(7, 0, 0);
+    EXPECT_EQ(agl.Depths().texture[1], 1U);
+    agl.ActiveTexture(AGL_TEXTURE0);
+    EXPECT_TRUE(agl.Get(AGL_TEXTURE_MATRIX).IsIdentity());
+    agl.Draw(MakeSquare(agl));
+    EXPECT_EQ(recorded.Take()[0].state.textureMatrices[1].matrix[12], 7.0F);
+}
+
+// Whatever the camera's rotation, everything is in the picture, the sphere around the box touches the shorter side.
+TEST(AglMatrix, projectionsFitTheBoxForEveryRotation) {
+    Agl::Box const box({10, -5, 100}, {14, 1, 104});
+    double const radius = Length(box.Extents()) / 2;
+    for (Types::Viewport<0> const viewport : {Types::Viewport<0>(0, 0, 400, 200), Types::Viewport<0>(5, 5, 100, 300)}) {
+        for (int step = 0; step < 24; ++step) {
+            Matrix const camera = Matrix::Rotation(15 * step, {1, 2, 0.5});
+            for (bool const isPerspective : {false, true}) {
+                RecordedAgl recorded;
+                Agl& agl = recorded.agl;
+                isPerspective ? agl.Perspective(viewport, box, camera) : agl.Ortho(viewport, box, camera);
+                Matrix const& matrix = agl.Get(AGL_MODELVIEW_MATRIX);
+                for (unsigned i = 0; i < 8; ++i) {
+                    Vector3 const corner = Apply(matrix, box.Corner(i));
+                    EXPECT_LE(std::max({std::fabs(corner.x), std::fabs(corner.y), std::fabs(corner.z)}), 1.0001);
+                }
+                Vector3 const center = Apply(matrix, box.Center());
+                EXPECT_NEAR(center.x, 0, 1e-9);
+                EXPECT_NEAR(center.y, 0, 1e-9);
+                if (!isPerspective) {
+                    Vector3 const up = Apply(Matrix::Rotation(-15 * step, {1, 2, 0.5}), {0, radius, 0});
+                    double const aspect = double(viewport.width) / double(viewport.height);
+                    EXPECT_NEAR(Apply(matrix, box.Center() + up).y, std::min(1.0, aspect), 1e-9);
+                }
+            }
+        }
+    }
+}
+
+TEST(AglMatrix, projectionsTakeOddInput) {
+    Types::Viewport<0> const viewport(0, 0, 100, 100);
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    Agl::Box const point({3, 3, 3}, {3, 3, 3});
+    for (Agl::Box const& box : {Agl::Box(), point}) {
+        for (Matrix const& camera :
+            {Matrix(), Matrix::Scaling(1e-6), Matrix::Scaling(nan), Matrix::Translation({0, 0, 99})}) {
+            for (Types::Viewport<0> const& rectangle : {viewport, Types::Viewport<0>()}) {
+                RecordedAgl recorded;
+                recorded.agl.Ortho(rectangle, box, camera);
+                recorded.agl.Perspective(rectangle, box, camera);
+                recorded.agl.Ortho2D(rectangle);
+                EXPECT_TRUE(recorded.agl.Get(AGL_MODELVIEW_MATRIX).IsFinite());
+            }
+        }
+    }
+}
+
+TEST(AglMatrix, cameraScaleZoomsAndTranslationPans) {
+    Agl::Box const box({-1, -1, -1}, {1, 1, 1});
+    Types::Viewport<0> const viewport(0, 0, 100, 100);
+    RecordedAgl plain;
+    plain.agl.Ortho(viewport, box, Matrix());
+    RecordedAgl zoomed;
+    zoomed.agl.Ortho(viewport, box, Matrix::Translation({0.5, 0, 0}) * Matrix::Scaling(2));
+    Vector3 const before = Apply(plain.agl.Get(AGL_MODELVIEW_MATRIX), {0.5, 0.5, 0});
+    Vector3 const after = Apply(zoomed.agl.Get(AGL_MODELVIEW_MATRIX), {0.5, 0.5, 0});
+    EXPECT_NEAR(after.y, 2 * before.y, 1e-9);
+    EXPECT_NEAR(after.x, 3 * before.x, 1e-9);
+}
+
+TEST(AglMatrix, unProjectInvertsTheWayToTheWindow) {
+    RecordedAgl recorded;
+    Agl& agl = recorded.agl;
+    Types::Viewport<0> const viewport(20, 30, 200, 100);
+    Matrix const modelView =
+        Matrix::Translation({1, 2, 3}) * Matrix::Rotation(40, {1, 1, 0}) * Matrix::Scaling({1, -2, 3});
+    agl.Perspective(viewport, Agl::Box({-5, -5, -5}, {5, 5, 5}), Matrix());
+    Matrix const projection = agl.Get(AGL_MODELVIEW_MATRIX);
+    Vector3 const point(0.3, -0.4, 0.2);
+    Vector3 const device = Apply(projection * modelView, point);
+    Vector3 const window(20 + (device.x + 1) * 100, 30 + (device.y + 1) * 50, (device.z + 1) / 2);
+    auto const result = Agl::UnProject(window, modelView, projection, viewport);
+    ASSERT_TRUE(result.has_value());
+    EXPECT_LT(Length(*result - point), 1e-9);
+    EXPECT_FALSE(Agl::UnProject(window, Matrix::Scaling({1, 0, 1}), projection, viewport).has_value());
+    EXPECT_FALSE(Agl::UnProject(window, modelView, projection, {}).has_value());
+}
+
+// A metre-sized scene at the other end of the country: floats alone would be off by half a metre.
+TEST(AglMatrix, scenesFarFromTheOriginKeepTheirPrecision) {
+    RecordedAgl recorded;
+    Agl& agl = recorded.agl;
+    Vector3 const far(4.5e6, 5.3e6, 120);
+    Agl::Box const box(far, far + Vector3(1, 1, 1));
+    agl.MatrixMode(AGL_PROJECTION);
+    agl.Ortho({0, 0, 100, 100}, box, Matrix::Rotation(30, {1, 1, 1}));
+    agl.MatrixMode(AGL_MODELVIEW);
+    agl.Translate(far + Vector3(0.25, 0.5, 0.75));
+    agl.Draw(MakeSquare(agl));
+    agl.Begin(AGL_POINTS);
+    agl.Vertex(0, 0, 0);
+    agl.End();
+    auto const commands = recorded.Take();
+    State const& state = commands[0].state;
+    Instance const& instance = commands[0].instances[0];
+    Vector4 const eye(instance.rows[0][3], instance.rows[1][3], instance.rows[2][3], 1);
+    Vector4 const sent = Matrix::FromColumnMajor(state.projection.matrix.data()) * eye;
+    Vector3 const exact = Apply(agl.Get(AGL_PROJECTION_MATRIX), far + Vector3(0.25, 0.5, 0.75));
+    EXPECT_LT(Length(sent.XYZ() - exact), 1e-5);
+    EXPECT_LT(Length(Vector3(commands[1].vertices[0].position.XYZ()) - eye.XYZ()), 1e-5);
+}
+
+} // namespace
+} // namespace Qor::Chart::Ogl

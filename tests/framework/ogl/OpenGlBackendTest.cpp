@@ -1,0 +1,235 @@
+#include "tests/framework/ogl/GlTest.h"
+
+#include "framework/ogl/Bind.h"
+#include "framework/qordebug/CaptureScope.h"
+#include "framework/utility/Logger.h"
+
+#include <epoxy/gl.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace Qor::Chart::Ogl {
+namespace {
+
+using namespace Tokens;
+using testing::HasSubstr;
+
+class OpenGlLife : public GlTest {
+public:
+    static QColor DrawSquare(Agl& p_agl, std::shared_ptr<PrimitiveBuffer const> const& p_square) {
+        Reset(p_agl);
+        p_agl.Translate(32, 32, 0);
+        p_agl.Scale(20, 20, 1);
+        p_agl.Color(1, 0, 0);
+        p_agl.Draw(p_square);
+        return At(p_agl.ReadPixels(0, 0, Size, Size), 32, 32);
+    }
+};
+
+/// Numbers of the host's state that a frame could disturb.
+std::vector<GLint> HostNumbers(bool p_compatibility) {
+    std::vector<GLenum> names = {GL_BLEND, GL_CULL_FACE, GL_DEPTH_TEST, GL_STENCIL_TEST, GL_SCISSOR_TEST,
+        GL_PROGRAM_POINT_SIZE, GL_LINE_SMOOTH, GL_POLYGON_OFFSET_FILL, GL_PRIMITIVE_RESTART, GL_DITHER, GL_MULTISAMPLE,
+        GL_COLOR_LOGIC_OP, GL_CLIP_DISTANCE0, GL_CLIP_DISTANCE0 + 7, GL_CURRENT_PROGRAM, GL_VERTEX_ARRAY_BINDING,
+        GL_ARRAY_BUFFER_BINDING, GL_UNIFORM_BUFFER_BINDING, GL_ACTIVE_TEXTURE, GL_TEXTURE_BINDING_2D,
+        GL_PIXEL_PACK_BUFFER_BINDING, GL_PACK_ALIGNMENT, GL_UNPACK_ALIGNMENT, GL_UNPACK_ROW_LENGTH, GL_BLEND_SRC_RGB,
+        GL_BLEND_DST_ALPHA, GL_BLEND_EQUATION_RGB, GL_DEPTH_FUNC, GL_DEPTH_WRITEMASK, GL_CULL_FACE_MODE, GL_FRONT_FACE,
+        GL_PROVOKING_VERTEX, GL_STENCIL_FUNC, GL_STENCIL_BACK_REF, GL_STENCIL_WRITEMASK, GL_STENCIL_CLEAR_VALUE,
+        GL_LINE_WIDTH, GL_DRAW_FRAMEBUFFER_BINDING, GL_READ_FRAMEBUFFER_BINDING};
+    if (p_compatibility) {
+        names.insert(names.end(), {0x0BC0 /* alpha test */, 0x0B42 /* polygon stipple */, 0x8861 /* point sprite */});
+    }
+    std::vector<GLint> numbers;
+    for (GLenum const name : names) {
+        GLint value[4] = {};
+        glGetIntegerv(name, value);
+        numbers.push_back(value[0]);
+    }
+    for (GLenum const name : {GL_VIEWPORT, GL_SCISSOR_BOX, GL_COLOR_WRITEMASK}) {
+        GLint value[4] = {};
+        glGetIntegerv(name, value);
+        numbers.insert(numbers.end(), value, value + 4);
+    }
+    GLfloat color[4] = {};
+    glGetFloatv(GL_COLOR_CLEAR_VALUE, color);
+    numbers.push_back(static_cast<GLint>(color[1] * 100));
+    return numbers;
+}
+
+TEST_P(OpenGlLife, aFrameLeavesTheHostsStateAsItWas) {
+    agl->Flush();
+    bool const isCompatibility = GetParam() == Context::Profile::Compatibility;
+    GLuint buffer = 0;
+    GLuint array = 0;
+    GLuint texture = 0;
+    glGenBuffers(1, &buffer);
+    glGenVertexArrays(1, &array);
+    glGenTextures(1, &texture);
+    glBindVertexArray(array);
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glActiveTexture(GL_TEXTURE1);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glEnable(GL_CULL_FACE);
+    glEnable(GL_STENCIL_TEST);
+    glEnable(GL_CLIP_DISTANCE0 + 7);
+    glEnable(GL_COLOR_LOGIC_OP);
+    glEnable(GL_PRIMITIVE_RESTART);
+    glDisable(GL_MULTISAMPLE);
+    glCullFace(GL_FRONT);
+    glFrontFace(GL_CW);
+    glBlendFuncSeparate(GL_ONE, GL_ZERO, GL_DST_ALPHA, GL_SRC_ALPHA);
+    glDepthFunc(GL_GEQUAL);
+    glDepthMask(GL_FALSE);
+    glColorMask(GL_TRUE, GL_FALSE, GL_TRUE, GL_FALSE);
+    glClearColor(0, 0.5F, 0, 0);
+    glViewport(1, 2, 3, 4);
+    glScissor(5, 6, 7, 8);
+    glStencilFuncSeparate(GL_BACK, GL_LESS, 9, 3);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 77);
+    glPixelStorei(GL_PACK_ALIGNMENT, 8);
+    glProvokingVertex(GL_FIRST_VERTEX_CONVENTION);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    if (isCompatibility) {
+        glEnable(0x0B42);
+        glEnable(0x0BC0);
+        glAlphaFunc(GL_NEVER, 0);
+    }
+    std::vector<GLint> const before = HostNumbers(isCompatibility);
+
+    QImage image(1, 1, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    agl->BeginFrame();
+    agl->Enable(AGL_BLEND);
+    agl->Enable(AGL_TEXTURE_2D);
+    agl->Enable(AGL_CLIP_PLANE0);
+    agl->BindTexture(std::make_shared<Texture const>(image));
+    agl->LineWidth(3);
+    EXPECT_EQ(DrawSquare(*agl, MakeSquare(*agl)), QColor(255, 0, 0)) << "the host's state does not disturb the frame";
+    Line(0, 0, 10, 10);
+    agl->EndFrame();
+    EXPECT_EQ(HostNumbers(isCompatibility), before);
+
+    DrawSquare(*agl, MakeSquare(*agl));
+    EXPECT_EQ(HostNumbers(isCompatibility), before) << "drawing outside of a frame";
+    GLint mode[2] = {};
+    glGetIntegerv(GL_POLYGON_MODE, mode);
+    EXPECT_EQ(mode[0], GL_LINE);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+}
+
+TEST_P(OpenGlLife, deviceObjectsGoWithTheirLastOwner) {
+    auto square = MakeSquare(*agl);
+    QImage image(2, 2, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    auto texture = std::make_shared<Texture const>(image);
+    agl->Enable(AGL_TEXTURE_2D);
+    agl->BindTexture(texture);
+    auto shader = agl->GenGenericShader();
+    {
+        Bind<Shader> const bind(*agl, shader);
+        DrawSquare(*agl, square);
+    }
+    std::size_t const most = gl->DeviceObjectCount();
+    square.reset();
+    texture.reset();
+    shader.reset();
+    agl->Disable(AGL_TEXTURE_2D);
+    agl->Clear(AGL_COLOR_BUFFER_BIT);
+    agl->Flush();
+    EXPECT_LE(gl->DeviceObjectCount(), most - 4) << "vertices, shape, texture and programs";
+}
+
+// Host, context, tree and Agl may go in any order.
+TEST_P(OpenGlLife, everyOrderOfEndingsIsFine) {
+    auto square = MakeSquare(*agl);
+    EXPECT_EQ(DrawSquare(*agl, square), QColor(255, 0, 0));
+
+    Context second(GetParam());
+    OffscreenTarget secondTarget(Size, Size);
+    secondTarget.Bind();
+    EXPECT_EQ(DrawSquare(*agl, square), QColor(255, 0, 0)) << "the same shape in another context";
+    context->MakeCurrent();
+    EXPECT_EQ(DrawSquare(*agl, square), QColor(255, 0, 0)) << "and back again";
+
+    target.reset();
+    context.reset();
+    second.MakeCurrent();
+    secondTarget.Bind();
+    EXPECT_EQ(DrawSquare(*agl, square), QColor(255, 0, 0)) << "the first context is gone";
+    for (int i = 0; i < 4; ++i) {
+        Context third(GetParam());
+        OffscreenTarget thirdTarget(Size, Size);
+        thirdTarget.Bind();
+        EXPECT_EQ(DrawSquare(*agl, square), QColor(255, 0, 0)) << "a new context, perhaps at an old address";
+    }
+    second.MakeCurrent();
+    secondTarget.Bind();
+    agl.reset();
+    EXPECT_TRUE(square->IsValid());
+    square.reset();
+
+    auto another = std::make_unique<Agl>(std::make_unique<OpenGlBackend>());
+    square = MakeSquare(*another);
+    EXPECT_EQ(DrawSquare(*another, square), QColor(255, 0, 0));
+    second.DoneCurrent();
+    square.reset();
+    another.reset();
+    second.MakeCurrent();
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_P(OpenGlLife, withoutAContextThereIsOneSentence) {
+    qordebug::CaptureScope const capture(Utility::GetLogger());
+    auto const square = MakeSquare(*agl);
+    agl->Flush();
+    context->DoneCurrent();
+    EXPECT_EQ(Context::CurrentIdentity(), nullptr);
+    for (int i = 0; i < 3; ++i) {
+        agl->BeginFrame();
+        agl->Draw(square);
+        agl->EndFrame();
+    }
+    std::string const errors = agl->CheckError();
+    EXPECT_THAT(errors, HasSubstr("No OpenGL context is current"));
+    EXPECT_EQ(errors.find('\n'), std::string::npos);
+    EXPECT_TRUE(agl->ReadPixels(0, 0, 4, 4).isNull());
+    EXPECT_FALSE(agl->Features().Supported(DeviceFeature::Pixels));
+    EXPECT_NE(agl->CheckError(), "");
+    EXPECT_THROW(OffscreenTarget(4, 4), ContextError);
+    EXPECT_THROW(target->Read(), ContextError);
+
+    context->MakeCurrent();
+    target->Bind();
+    EXPECT_EQ(DrawSquare(*agl, square), QColor(255, 0, 0)) << "all is well again";
+    EXPECT_TRUE(agl->Features().Supported(DeviceFeature::Pixels));
+    EXPECT_THROW(OffscreenTarget(0, 4), ContextError);
+    EXPECT_THROW(OffscreenTarget(4, 1 << 20), ContextError);
+}
+
+TEST_P(OpenGlLife, aShaderThatDoesNotCompileDrawsPlainColors) {
+    qordebug::CaptureScope const capture(Utility::GetLogger());
+    ShaderSource const broken("broken", "void Shade() { nonsense }", "vec4 Surface(vec4 color) { return color; }");
+    auto const shader = agl->GenShader(broken);
+    EXPECT_FALSE(shader->IsValid());
+    EXPECT_NE(shader->Log(), "");
+    auto const square = MakeSquare(*agl);
+    {
+        Bind<Shader> const bind(*agl, shader);
+        EXPECT_EQ(DrawSquare(*agl, square), QColor(255, 0, 0));
+    }
+    EXPECT_THAT(agl->CheckError(), HasSubstr("The shader \"broken\" does not compile"));
+    EXPECT_TRUE(capture.contains("\"_instance.IsValid()\""));
+    EXPECT_EQ(agl->CheckError(), "");
+
+    ShaderSource const inverted("inverted", ShaderSource::FixedFunction().Vertex(),
+        "vec4 Surface(vec4 color) { return vec4(1.0 - color.rgb, float(OPTIONS)); }");
+    Bind<Shader> const bind(*agl, agl->GenShader(inverted, 1));
+    EXPECT_EQ(DrawSquare(*agl, square), QColor(0, 255, 255));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , OpenGlLife, testing::Values(Context::Profile::Core, Context::Profile::Compatibility), ProfileName);
+
+} // namespace
+} // namespace Qor::Chart::Ogl
