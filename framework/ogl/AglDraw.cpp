@@ -1,0 +1,486 @@
+#include "framework/ogl/Agl.h"
+
+#include "framework/utility/Ensure.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <functional>
+#include <numeric>
+#include <utility>
+
+// What draws, and how draws become commands.
+
+namespace Qor::Chart::Ogl {
+
+namespace {
+
+/// Commands go to the back end when this many instances or immediate vertices have gathered: enough that a draw call
+/// costs nothing beside its instances, and few enough that they stay in the caches.
+constexpr std::size_t MaxInstances = 32768;
+constexpr std::size_t MaxVertices = 65536;
+constexpr std::size_t MaxStates = 8192;
+
+/// Groups that no command depends on: the colour goes with the instance or the vertex.
+constexpr StateMask UndrawnItems =
+    StateBit(StateItem::CurrentColor) | StateBit(StateItem::Transform) | StateBit(StateItem::TextureSelect);
+Pipeline PipelineOf(Token p_polygonMode) {
+    switch (p_polygonMode) {
+    case Tokens::AGL_POINT:
+        return Pipeline::Corners;
+    case Tokens::AGL_LINE:
+        return Pipeline::Edges;
+    default:
+        return Pipeline::Triangles;
+    }
+}
+
+/// Which faces culling leaves.
+std::uint8_t VisibleFaces(State const& p_state) {
+    if (!p_state.IsEnabled(EnableBit::CullFace)) {
+        return FaceBit::Both;
+    }
+    switch (p_state.polygon.cullFace) {
+    case Tokens::AGL_FRONT:
+        return FaceBit::Back;
+    case Tokens::AGL_BACK:
+        return FaceBit::Front;
+    default:
+        return 0;
+    }
+}
+
+/// Groups that a draw of such vertices does not depend on: the current normal and texture coordinates, if they have or need
+/// none.
+StateMask UnusedItems(AttributeInfo const& p_info, State const& p_state) {
+    bool const isUnused = p_info.flags[AttributeInfo::Normal] && !p_state.IsEnabled(EnableBit::Textures);
+    return isUnused ? StateBit(StateItem::CurrentVertex) : 0;
+}
+
+Pipeline PipelineOfLinesOrPoints(Token p_kind) {
+    return p_kind == Tokens::AGL_POINTS ? Pipeline::Points : Pipeline::Lines;
+}
+
+/// The inverse transpose of the upper left three by three elements, row by row. Without an inverse the cofactors, which
+/// still have the right direction.
+void NormalMatrix(double const* p_m, double* p_result) {
+    for (std::size_t column = 0; column < 3; ++column) {
+        double const* const b = p_m + 4 * ((column + 1) % 3);
+        double const* const c = p_m + 4 * ((column + 2) % 3);
+        p_result[column] = b[1] * c[2] - b[2] * c[1];
+        p_result[3 + column] = b[2] * c[0] - b[0] * c[2];
+        p_result[6 + column] = b[0] * c[1] - b[1] * c[0];
+    }
+    double const determinant = p_m[0] * p_result[0] + p_m[1] * p_result[3] + p_m[2] * p_result[6];
+    if (determinant != 0) {
+        std::for_each(p_result, p_result + 9, [determinant](double& p) { p /= determinant; });
+    }
+}
+
+/// Divides by the length of the third row of the inverse, which is the third column here.
+void Rescale(double* p_normalMatrix) {
+    double const length = Length(Agl::Vector3(p_normalMatrix[2], p_normalMatrix[5], p_normalMatrix[8]));
+    if (length > 0) {
+        std::for_each(p_normalMatrix, p_normalMatrix + 9, [length](double& p) { p /= length; });
+    }
+}
+
+float ToFloat(double p_value) {
+    return static_cast<float>(p_value);
+}
+
+} // namespace
+
+std::size_t Agl::BufferPairHash::operator()(BufferPair const& p_pair) const {
+    std::size_t const indices = std::hash<void const*>()(p_pair.indices);
+    std::size_t const vertices = std::hash<void const*>()(p_pair.vertices);
+    return indices ^ (vertices * 0x9E3779B97F4A7C15U);
+}
+
+void Agl::Color(QColor const& p_color) {
+    Color(Types::Color4f(p_color));
+}
+
+void Agl::Normal(Vector3 const& p_normal) {
+    Assign(StateItem::CurrentVertex, _state.currentVertex.normal, Types::Vector3_Base<float>(p_normal));
+}
+
+void Agl::MultiTexCoord(Token p_unit, double p_s, double p_t, double p_r, double p_q) {
+    if (p_unit < Tokens::AGL_TEXTURE0 || p_unit >= Tokens::AGL_TEXTURE0 + TextureUnitCount) {
+        ErrorToken("MultiTexCoord", p_unit);
+        return;
+    }
+    Assign(StateItem::CurrentVertex, _state.currentVertex.texCoords[p_unit - Tokens::AGL_TEXTURE0],
+        Types::Vector4_Base<float>(Vector4(p_s, p_t, p_r, p_q)));
+}
+
+void Agl::Clear(Token p_mask) {
+    constexpr Token buffers =
+        Tokens::AGL_COLOR_BUFFER_BIT | Tokens::AGL_DEPTH_BUFFER_BIT | Tokens::AGL_STENCIL_BUFFER_BIT;
+    if (!CheckOutside("Clear")) {
+        return;
+    }
+    if ((p_mask & ~buffers) != 0) {
+        ErrorToken("Clear", p_mask);
+        return;
+    }
+    ++_statistics.clears;
+    ResolveState(StateBit(StateItem::CurrentVertex));
+    Command command;
+    command.kind = Command::Kind::Clear;
+    command.state = static_cast<std::uint32_t>(_list.states.size() - 1);
+    command.clearMask = p_mask;
+    _list.commands.push_back(command);
+}
+
+void Agl::Begin(Token p_kind) {
+    if (!CheckOutside("Begin")) {
+        return;
+    }
+    if (p_kind > Tokens::AGL_POLYGON) {
+        ErrorToken("Begin", p_kind);
+        return;
+    }
+    Assign(StateItem::PerspectiveRow, _state.perspectiveRow.row, PerspectiveRowState().row);
+    ResolveState(StateBit(StateItem::CurrentVertex));
+    _primitive.kind = p_kind;
+    _primitive.firstVertex = static_cast<std::uint32_t>(_list.vertices.size());
+    NormalMatrix(_modelView.back().Data(), _primitive.normalMatrix);
+    if (_state.IsEnabled(EnableBit::RescaleNormal)) {
+        Rescale(_primitive.normalMatrix);
+    }
+    _depths.primitive = 1;
+}
+
+void Agl::Vertex(Vector4 const& p_position) {
+    if (_depths.primitive == 0) {
+        Error("Vertex: only allowed between Begin and End; nothing is drawn.");
+        return;
+    }
+    double const* const m = _modelView.back().Data();
+    double const* const n = _primitive.normalMatrix;
+    auto const& origin = _state.projection.origin;
+    auto const& normal = _state.currentVertex.normal;
+    double const nx = static_cast<double>(normal.x);
+    double const ny = static_cast<double>(normal.y);
+    double const nz = static_cast<double>(normal.z);
+    auto const row = [&](std::size_t p_row) {
+        return m[p_row] * p_position.x + m[4 + p_row] * p_position.y + m[8 + p_row] * p_position.z +
+            m[12 + p_row] * p_position.w;
+    };
+    double const w = row(3);
+    ImmediateVertex& vertex = _list.vertices.emplace_back();
+    vertex.position = {
+        ToFloat(row(0) - origin[0] * w), ToFloat(row(1) - origin[1] * w), ToFloat(row(2) - origin[2] * w), ToFloat(w)};
+    vertex.normal = {ToFloat(n[0] * nx + n[1] * ny + n[2] * nz), ToFloat(n[3] * nx + n[4] * ny + n[5] * nz),
+        ToFloat(n[6] * nx + n[7] * ny + n[8] * nz)};
+    vertex.color = _state.currentColor.color;
+    vertex.texCoords = _state.currentVertex.texCoords;
+}
+
+void Agl::End() {
+    if (_depths.primitive == 0) {
+        Error("End: there is no Begin that it belongs to; nothing is drawn.");
+        return;
+    }
+    _depths.primitive = 0;
+    ++_statistics.draws;
+    // What a vertex takes from the current values went into it already.
+    if (IsPolygonKind(_primitive.kind)) {
+        for (std::size_t i = 0; i < _passCount; ++i) {
+            AppendImmediate(_passes[i]);
+        }
+    } else {
+        AppendImmediate({PipelineOfLinesOrPoints(_primitive.kind), FaceBit::Both});
+    }
+    FlushWhenFull();
+}
+
+void Agl::AppendImmediate(PolygonPass const& p_pass) {
+    std::size_t const count = _list.vertices.size() - _primitive.firstVertex;
+    _assembly.resize(count);
+    std::iota(_assembly.begin(), _assembly.end(), _primitive.firstVertex);
+    auto const first = static_cast<std::uint32_t>(_list.indices.size());
+    AssemblePrimitives(_primitive.kind, _assembly, p_pass.pipeline, _list.indices);
+    auto const added = static_cast<std::uint32_t>(_list.indices.size()) - first;
+    if (added == 0) {
+        return;
+    }
+    auto const state = static_cast<std::uint32_t>(_list.states.size() - 1);
+    if (!_list.commands.empty()) {
+        Command& last = _list.commands.back();
+        if (last.kind == Command::Kind::Immediate && last.state == state && last.shader == EffectiveShader() &&
+            last.pipeline == p_pass.pipeline && last.faces == p_pass.faces) {
+            last.count += added;
+            return;
+        }
+    }
+    Command command;
+    command.kind = Command::Kind::Immediate;
+    command.pipeline = p_pass.pipeline;
+    command.faces = p_pass.faces;
+    command.state = state;
+    command.first = first;
+    command.count = added;
+    command.shader = EffectiveShader();
+    KeepShader();
+    _list.commands.push_back(command);
+}
+
+void Agl::Draw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer) {
+    if (!CheckOutside("Draw")) {
+        return;
+    }
+    if (!p_buffer || !p_buffer->IsValid()) {
+        return;
+    }
+    ++_statistics.draws;
+    Types::Matrix4 const& modelView = _modelView.back();
+    ResolvePerspectiveRow(modelView);
+    StateMask const unused = UnusedItems(p_buffer->Info(), _state);
+    if ((_dirty & ~UndrawnItems & ~unused) != 0 || _key.enables != _state.enables || _keyIsNew) {
+        ResolveState(unused);
+    }
+    if (IsPolygonKind(p_buffer->Kind())) {
+        for (std::size_t i = 0; i < _passCount; ++i) {
+            AppendDraw(p_buffer, _passes[i]);
+        }
+    } else {
+        AppendDraw(p_buffer, {PipelineOfLinesOrPoints(p_buffer->Kind()), FaceBit::Both});
+    }
+    if (_list.instances.size() >= MaxInstances || _list.states.size() >= MaxStates) [[unlikely]] {
+        Flush();
+    }
+}
+
+void Agl::Draw() {
+    if (!QOR_ENSURE(_boundBuffer)) {
+        return;
+    }
+    Draw(_boundBuffer);
+}
+
+void Agl::AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass) {
+    auto const state = static_cast<std::uint32_t>(_list.states.size() - 1);
+    Shader const* const shader = EffectiveShader();
+    bool merged = false;
+    if (!_list.commands.empty()) {
+        Command& last = _list.commands.back();
+        merged = last.buffer == p_buffer.get() && last.state == state && last.shader == shader &&
+            last.kind == Command::Kind::Draw && last.pipeline == p_pass.pipeline && last.faces == p_pass.faces;
+        last.count += merged ? 1U : 0U;
+    }
+    if (!merged) {
+        Command command;
+        command.kind = Command::Kind::Draw;
+        command.pipeline = p_pass.pipeline;
+        command.faces = p_pass.faces;
+        command.state = state;
+        command.first = static_cast<std::uint32_t>(_list.instances.size());
+        command.count = 1;
+        command.buffer = p_buffer.get();
+        command.shader = shader;
+        _list.Keep(p_buffer);
+        KeepShader();
+        _list.commands.push_back(command);
+    }
+    AppendInstance(_modelView.back());
+}
+
+void Agl::KeepShader() {
+    if (_boundShader) {
+        _list.Keep(_boundShader);
+    }
+}
+
+void Agl::AppendInstance(Types::Matrix4 const& p_modelView) {
+    double const* const m = p_modelView.Data();
+    auto const& origin = _state.projection.origin;
+    Instance& instance = _list.instances.emplace_back();
+    for (std::size_t row = 0; row < 3; ++row) {
+        double const shift = origin[row];
+        for (std::size_t column = 0; column < 4; ++column) {
+            instance.rows[row][column] = ToFloat(m[4 * column + row] - shift * m[4 * column + 3]);
+        }
+    }
+    instance.color = _state.currentColor.color;
+}
+
+// The last row is that of an affine matrix in all but exotic cases, and then nothing changes between draws.
+void Agl::ResolvePerspectiveRow(Types::Matrix4 const& p_modelView) {
+    double const* const m = p_modelView.Data();
+    std::array<float, 4> const row{ToFloat(m[3]), ToFloat(m[7]), ToFloat(m[11]), ToFloat(m[15])};
+    Assign(StateItem::PerspectiveRow, _state.perspectiveRow.row, row);
+}
+
+void Agl::ResolveState(StateMask p_unused) {
+    ResolveTextures();
+    StateMask dirty = _dirty & ~UndrawnItems;
+    StateMask skipped = 0;
+    if ((dirty & StateBit(StateItem::Projection)) != 0) {
+        ResolveProjection();
+    }
+    for (std::size_t unit = 0; unit < TextureUnitCount; ++unit) {
+        double const* const m = _textureMatrices[unit].back().Data();
+        if ((dirty & StateBit(StateItem::TextureMatrix0 + unit)) != 0) {
+            std::transform(m, m + 16, _state.textureMatrices[unit].matrix.begin(), ToFloat);
+        }
+    }
+    if ((dirty & StateBit(StateItem::Polygon)) != 0 || _key.enables != _state.enables) {
+        ResolvePolygonPasses();
+    }
+    for (; dirty != 0; dirty &= dirty - 1) {
+        auto const item = static_cast<std::size_t>(std::countr_zero(dirty));
+        std::uint32_t& version = _key.version[item];
+        if ((p_unused & StateBit(item)) != 0 && version != NoVersion) {
+            skipped |= StateBit(item);
+            continue;
+        }
+        bool const isSame = version != NoVersion &&
+            std::memcmp(_list.Version(item, version), _state.Item(item), State::ItemSize(item)) == 0;
+        if (!isSame) {
+            version = _list.AddVersion(item, _state);
+            _keyIsNew = true;
+        }
+    }
+    if (_key.enables != _state.enables) {
+        _key.enables = _state.enables;
+        _keyIsNew = true;
+    }
+    if (_keyIsNew) {
+        _list.states.push_back(_key);
+        _keyIsNew = false;
+    }
+    _dirty = skipped;
+}
+
+void Agl::ResolvePolygonPasses() {
+    std::uint8_t const visible = VisibleFaces(_state);
+    Pipeline const front = PipelineOf(_state.polygon.frontMode);
+    Pipeline const back = PipelineOf(_state.polygon.backMode);
+    _passCount = 0;
+    if (visible != 0 && front == back) {
+        _passes[_passCount++] = {front, visible};
+        return;
+    }
+    if ((visible & FaceBit::Front) != 0) {
+        _passes[_passCount++] = {front, FaceBit::Front};
+    }
+    if ((visible & FaceBit::Back) != 0) {
+        _passes[_passCount++] = {back, FaceBit::Back};
+    }
+}
+
+// A texture that is gone leaves its unit without one. Those in force are kept until the commands are carried out.
+void Agl::ResolveTextures() {
+    for (std::size_t unit = 0; unit < TextureUnitCount; ++unit) {
+        std::uint64_t& id = _state.textures[unit].texture;
+        if (id == 0 || _list.FindTexture(id) != nullptr) {
+            continue;
+        }
+        if (std::shared_ptr<Texture const> texture = _boundTextures[id].lock()) {
+            _list.KeepTexture(std::move(texture));
+        } else {
+            _boundTextures.erase(id);
+            Assign(StateItem::Texture0 + unit, id, std::uint64_t(0));
+        }
+    }
+}
+
+void Agl::FlushWhenFull() {
+    if (_list.vertices.size() >= MaxVertices || _list.states.size() >= MaxStates) [[unlikely]] {
+        Flush();
+    }
+}
+
+std::shared_ptr<PrimitiveBuffer const> Agl::Exchange(std::shared_ptr<PrimitiveBuffer const> p_buffer) {
+    return std::exchange(_boundBuffer, std::move(p_buffer));
+}
+
+std::shared_ptr<Shader const> Agl::Exchange(std::shared_ptr<Shader const> p_shader) {
+    return std::exchange(_boundShader, std::move(p_shader));
+}
+
+std::shared_ptr<PrimitiveBuffer const> Agl::CreatePrimitiveBuffer(
+    std::shared_ptr<IndexBuffer const> const& p_indices, std::shared_ptr<VertexBuffer const> const& p_vertices) {
+    if (!QOR_ENSURE(p_indices && p_vertices)) {
+        return {};
+    }
+    if (_buffers.size() >= _buffersToSweep) {
+        std::erase_if(_buffers, [](auto const& p_entry) { return p_entry.second.expired(); });
+        _buffersToSweep = std::max<std::size_t>(1024, 2 * _buffers.size());
+    }
+    std::weak_ptr<PrimitiveBuffer const>& known = _buffers[{p_indices.get(), p_vertices.get()}];
+    std::shared_ptr<PrimitiveBuffer const> buffer = known.lock();
+    if (!buffer) {
+        buffer = std::make_shared<PrimitiveBuffer>(p_indices, p_vertices);
+        known = buffer;
+    }
+    return buffer;
+}
+
+std::shared_ptr<Shader const> Agl::GenFixedFunctionShader() {
+    _backend->Prepare(*_fixedFunction);
+    return _fixedFunction;
+}
+
+namespace {
+
+template <class T, class Make>
+std::shared_ptr<T const> FindOrMake(std::vector<std::weak_ptr<T const>>& p_known, ShaderSource const& p_source,
+    std::uint32_t p_options, Make const& p_make) {
+    for (std::weak_ptr<T const> const& weak : p_known) {
+        std::shared_ptr<T const> shader = weak.lock();
+        if (shader && shader->Options() == p_options && shader->Source() == p_source) {
+            return shader;
+        }
+    }
+    std::erase_if(p_known, [](std::weak_ptr<T const> const& p_weak) { return p_weak.expired(); });
+    std::shared_ptr<T const> shader = p_make();
+    p_known.emplace_back(shader);
+    return shader;
+}
+
+} // namespace
+
+std::shared_ptr<Shader const> Agl::GenShader(ShaderSource const& p_source, std::uint32_t p_options) {
+    auto shader =
+        FindOrMake(_shaders, p_source, p_options, [&] { return std::make_shared<Shader const>(p_source, p_options); });
+    _backend->Prepare(*shader);
+    return shader;
+}
+
+std::shared_ptr<GenericShader const> Agl::GenGenericShader(
+    ShaderSource const& p_source, GenericShader::State const& p_state) {
+    auto const options = static_cast<std::uint32_t>(p_state.Options().to_ulong());
+    auto shader = FindOrMake(
+        _genericShaders, p_source, options, [&] { return std::make_shared<GenericShader const>(p_state, p_source); });
+    _backend->Prepare(*shader);
+    return shader;
+}
+
+QImage Agl::ReadPixels(int p_x, int p_y, int p_width, int p_height) {
+    if (!CheckOutside("ReadPixels")) {
+        return {};
+    }
+    if (p_width <= 0 || p_height <= 0) {
+        Error("ReadPixels: width and height must be greater than 0; nothing is read.");
+        return {};
+    }
+    Flush();
+    QImage image = _backend->ReadPixels({p_x, p_y, p_width, p_height});
+    if (image.isNull()) {
+        Error("ReadPixels: there is nothing to read; it takes a back end that draws and a current context.");
+    }
+    return image;
+}
+
+unsigned Agl::GetMaxStencilBits() const {
+    return _backend->Features().maxStencilBits;
+}
+
+DeviceFeatures const& Agl::Features() const {
+    return _backend->Features();
+}
+
+} // namespace Qor::Chart::Ogl

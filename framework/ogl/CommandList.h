@@ -1,0 +1,95 @@
+#pragma once
+
+#include "framework/Export.h"
+#include "framework/ogl/PrimitiveBuffer.h"
+#include "framework/ogl/Shader.h"
+#include "framework/ogl/State.h"
+#include "framework/ogl/Texture.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Qor::Chart::Ogl {
+
+/// What one of several merged draws has of its own: the first three rows of its model-view matrix (to eye coordinates
+/// without the origin of the projection) and its colour. 64 bytes, in the layout in which it goes to the device.
+struct Instance {
+    std::array<std::array<float, 4>, 3> rows;
+    Types::Color4f color;
+};
+static_assert(sizeof(Instance) == 64);
+
+/// A vertex between Begin and End, already in eye coordinates (without the origin of the projection).
+struct ImmediateVertex {
+    Types::Vector4_Base<float> position;
+    Types::Vector3_Base<float> normal;
+    Types::Color4f color;
+    std::array<Types::Vector4_Base<float>, TextureUnitCount> texCoords;
+};
+
+/// A bit for each face that a draw of polygons shows.
+namespace FaceBit {
+inline constexpr std::uint8_t Front = 1;
+inline constexpr std::uint8_t Back = 2;
+inline constexpr std::uint8_t Both = 3;
+} // namespace FaceBit
+
+/// One step of a command list: a draw of instances of a primitive buffer, a draw of immediate vertices, or a clear.
+struct Command {
+    enum class Kind : std::uint8_t { Draw, Immediate, Clear };
+
+    Kind kind = Kind::Draw;
+    Pipeline pipeline = Pipeline::Triangles;
+    std::uint8_t faces = FaceBit::Both;
+    std::uint32_t state = 0; ///< number of the state key
+    std::uint32_t first = 0; ///< first instance, or first immediate index
+    std::uint32_t count = 0; ///< instances, or immediate indices
+    Token clearMask = 0; ///< buffers to clear
+    PrimitiveBuffer const* buffer = nullptr;
+    Shader const* shader = nullptr;
+};
+
+/// Which version of each group is in force. Equal numbers mean equal groups.
+struct StateKey {
+    std::array<std::uint32_t, StateItem::Count> version{};
+    EnableBit::Type enables = 0;
+};
+
+/// Draws and clears in the order in which they were asked for, with everything that they need. Filled by `Agl`, which
+/// merges consecutive draws that differ in nothing but transformation and colour; carried out by a back end. Groups of
+/// state are kept once per change, not once per command. Emptying it keeps its memory for the next frame.
+class QOR_FRAMEWORK_API CommandList {
+public:
+    std::vector<Command> commands;
+    std::vector<Instance> instances;
+    std::vector<ImmediateVertex> vertices;
+    std::vector<std::uint32_t> indices; ///< into vertices
+    std::vector<StateKey> states;
+
+    /// Adds a version of a group and returns its number.
+    std::uint32_t AddVersion(std::size_t p_item, State const& p_state);
+    /// The bytes of a version of a group.
+    std::byte const* Version(std::size_t p_item, std::uint32_t p_version) const {
+        return _versions[p_item].data() + p_version * State::ItemSize(p_item);
+    }
+    /// The whole state of a command.
+    State Resolve(Command const& p_command) const;
+
+    /// Keeps a resource alive until the list is emptied.
+    void Keep(std::shared_ptr<void const> p_resource) { _kept.push_back(std::move(p_resource)); }
+    /// The texture with that number, for back ends; nullptr when the number is 0 or no command needs it.
+    Texture const* FindTexture(std::uint64_t p_id) const;
+    void KeepTexture(std::shared_ptr<Texture const> p_texture);
+
+    bool IsEmpty() const { return commands.empty(); }
+    void Clear();
+
+private:
+    std::array<std::vector<std::byte>, StateItem::Count> _versions;
+    std::vector<std::shared_ptr<void const>> _kept;
+    std::vector<std::shared_ptr<Texture const>> _textures;
+};
+
+} // namespace Qor::Chart::Ogl

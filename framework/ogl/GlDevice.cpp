@@ -1,0 +1,357 @@
+#include "framework/ogl/GlDevice.h"
+
+#include "framework/utility/Logger.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Qor::Chart::Ogl {
+
+namespace {
+
+/// Size of a buffer that is only there to be found again; no host makes one of this size.
+constexpr GLsizeiptr MarkerSize = 7919;
+
+std::string Text(GLenum p_name) {
+    auto const* const text = reinterpret_cast<char const*>(glGetString(p_name));
+    return text == nullptr ? std::string() : text;
+}
+
+void const* Offset(std::size_t p_bytes) {
+    return reinterpret_cast<void const*>(p_bytes);
+}
+
+template <class T>
+GLsizeiptr SizeOf(std::vector<T> const& p_values) {
+    return static_cast<GLsizeiptr>(p_values.size() * sizeof(T));
+}
+
+void SetAttribute(GLuint p_location, GLint p_components, GLsizei p_stride, std::size_t p_offset, GLuint p_divisor = 0) {
+    glEnableVertexAttribArray(p_location);
+    glVertexAttribPointer(p_location, p_components, GL_FLOAT, GL_FALSE, p_stride, Offset(p_offset));
+    glVertexAttribDivisor(p_location, p_divisor);
+}
+
+/// Where the attributes of a vertex buffer lie in its object: one array after the other.
+struct AttributeArray {
+    GLuint location;
+    GLint components;
+    void const* data;
+    std::size_t bytes;
+};
+
+std::array<AttributeArray, AttributeInfo::Count> AttributeArrays(VertexData const& p_data) {
+    auto const array = [](GLuint p_location, GLint p_components, auto const& p_values) {
+        return AttributeArray{p_location, p_components, p_values.data(), static_cast<std::size_t>(SizeOf(p_values))};
+    };
+    return {array(AttributeLocation::Position, 3, p_data.positions),
+        array(AttributeLocation::Normal, 3, p_data.normals), array(AttributeLocation::Color, 4, p_data.colors),
+        array(AttributeLocation::TexCoord0, 4, p_data.texCoords[0]),
+        array(AttributeLocation::TexCoord0 + 1, 4, p_data.texCoords[1])};
+}
+
+/// What the driver makes of the indices that a pipeline reads.
+GLenum ModeOf(Pipeline p_pipeline) {
+    constexpr std::array<GLenum, PipelineCount> modes = {
+        GL_POINTS, GL_LINES, GL_TRIANGLES, GL_LINES_ADJACENCY, GL_LINES_ADJACENCY};
+    return modes[static_cast<std::size_t>(p_pipeline)];
+}
+
+void DeleteBuffer(GLuint& p_name) {
+    glDeleteBuffers(1, &p_name);
+    p_name = 0;
+}
+
+GLuint MakeBuffer() {
+    GLuint name = 0;
+    glGenBuffers(1, &name);
+    return name;
+}
+
+} // namespace
+
+GlDevice::GlDevice(std::shared_ptr<Graveyard> p_graveyard)
+    : _graveyard(std::move(p_graveyard)), _marker(MakeBuffer()), _instances(MakeBuffer()), _uniforms(MakeBuffer()) {
+    GLint mask = 0;
+    glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &mask);
+    _isCompatibility = (mask & GL_CONTEXT_CORE_PROFILE_BIT) == 0;
+    _hasBaseInstance = epoxy_gl_version() >= 42 || epoxy_has_gl_extension("GL_ARB_base_instance");
+    GLint alignment = 256;
+    glGetIntegerv(GL_UNIFORM_BUFFER_OFFSET_ALIGNMENT, &alignment);
+    _uniformAlignment = static_cast<std::size_t>(std::max(alignment, 16));
+
+    GLint maxTexture = 0;
+    GLfloat pointSizes[2] = {1, 1};
+    GLint samples = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &maxTexture);
+    glGetFloatv(GL_POINT_SIZE_RANGE, pointSizes);
+    glGetIntegerv(GL_MAX_SAMPLES, &samples);
+    _features.maxTextureSize = static_cast<unsigned>(std::max(maxTexture, 64));
+    _features.maxPointSize = pointSizes[1];
+    _features.vendor = Text(GL_VENDOR);
+    _features.renderer = Text(GL_RENDERER);
+    _features.version = Text(GL_VERSION);
+    _features.Set(DeviceFeature::PolygonStipple)
+        .Set(DeviceFeature::WideLines)
+        .Set(DeviceFeature::SmoothPoints)
+        .Set(DeviceFeature::Instancing)
+        .Set(DeviceFeature::Pixels)
+        .Set(DeviceFeature::Multisampling, samples > 1);
+
+    GLint arrayBuffer = 0;
+    GLint vertexArray = 0;
+    glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &arrayBuffer);
+    glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &vertexArray);
+    glBindBuffer(GL_ARRAY_BUFFER, _marker);
+    glBufferData(GL_ARRAY_BUFFER, MarkerSize, nullptr, GL_STATIC_DRAW);
+    MakeImmediateArray();
+    glBindVertexArray(static_cast<GLuint>(vertexArray));
+    glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(arrayBuffer));
+}
+
+void GlDevice::MakeImmediateArray() {
+    _immediateVertices = MakeBuffer();
+    _immediateIndices = MakeBuffer();
+    glGenVertexArrays(1, &_immediateArray);
+    glBindVertexArray(_immediateArray);
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateVertices);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _immediateIndices);
+    constexpr GLsizei stride = sizeof(ImmediateVertex);
+    SetAttribute(AttributeLocation::Position, 4, stride, offsetof(ImmediateVertex, position));
+    SetAttribute(AttributeLocation::Normal, 3, stride, offsetof(ImmediateVertex, normal));
+    SetAttribute(AttributeLocation::CurrentColor, 4, stride, offsetof(ImmediateVertex, color));
+    for (GLuint i = 0; i < TextureUnitCount; ++i) {
+        SetAttribute(AttributeLocation::TexCoord0 + i, 4, stride,
+            offsetof(ImmediateVertex, texCoords) + i * sizeof(Types::Vector4_Base<float>));
+    }
+}
+
+bool GlDevice::IsIntact() const {
+    if (glIsBuffer(_marker) == GL_FALSE) {
+        return false;
+    }
+    GLint previous = 0;
+    GLint size = 0;
+    glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &previous);
+    glBindBuffer(GL_ARRAY_BUFFER, _marker);
+    glGetBufferParameteriv(GL_ARRAY_BUFFER, GL_BUFFER_SIZE, &size);
+    glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(previous));
+    return size == MarkerSize;
+}
+
+std::size_t GlDevice::ObjectCount() const {
+    return _programs.Count() + _shapes.size() + _vertices.size() + _textures.size();
+}
+
+GLuint GlDevice::VertexObject(VertexBuffer const& p_vertices, std::uint64_t& p_bytes) {
+    auto const [entry, isNew] = _vertices.try_emplace(p_vertices.Id(), 0);
+    if (!isNew) {
+        return entry->second;
+    }
+    entry->second = MakeBuffer();
+    p_vertices.NotifyWhenGone(_graveyard);
+    auto const arrays = AttributeArrays(p_vertices.Data());
+    std::size_t total = 0;
+    for (AttributeArray const& array : arrays) {
+        total += array.bytes;
+    }
+    glBindBuffer(GL_ARRAY_BUFFER, entry->second);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(total), nullptr, GL_STATIC_DRAW);
+    std::size_t offset = 0;
+    for (AttributeArray const& array : arrays) {
+        glBufferSubData(
+            GL_ARRAY_BUFFER, static_cast<GLintptr>(offset), static_cast<GLsizeiptr>(array.bytes), array.data);
+        offset += array.bytes;
+    }
+    p_bytes += total;
+    return entry->second;
+}
+
+GlShape& GlDevice::Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, std::uint64_t& p_bytes) {
+    auto const [entry, isNew] = _shapes.try_emplace(p_buffer.Id());
+    GlShape& shape = entry->second;
+    if (isNew) {
+        p_buffer.NotifyWhenGone(_graveyard);
+        GLuint const vertices = VertexObject(*p_buffer.Vertices(), p_bytes);
+        glGenVertexArrays(1, &shape.vertexArray);
+        BindArray(shape.vertexArray);
+        PointAtInstance(0);
+        glBindBuffer(GL_ARRAY_BUFFER, vertices);
+        std::size_t offset = 0;
+        for (AttributeArray const& array : AttributeArrays(p_buffer.Vertices()->Data())) {
+            if (array.bytes != 0) {
+                SetAttribute(array.location, array.components, 0, offset);
+            }
+            offset += array.bytes;
+        }
+    }
+    auto const slot = static_cast<std::size_t>(p_pipeline);
+    if (shape.indexBuffers[slot] == 0) {
+        std::span<std::uint32_t const> const indices = p_buffer.Assembled(p_pipeline);
+        shape.indexBuffers[slot] = MakeBuffer();
+        shape.counts[slot] = static_cast<GLsizei>(indices.size());
+        shape.current = p_pipeline;
+        BindArray(shape.vertexArray);
+        glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, shape.indexBuffers[slot]);
+        glBufferData(
+            GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(indices.size_bytes()), indices.data(), GL_STATIC_DRAW);
+        p_bytes += indices.size_bytes();
+    }
+    return shape;
+}
+
+GLuint GlDevice::TextureName(Texture const& p_texture, std::uint64_t& p_bytes) {
+    auto const [entry, isNew] = _textures.try_emplace(p_texture.Id(), 0);
+    if (!isNew) {
+        return entry->second;
+    }
+    p_texture.NotifyWhenGone(_graveyard);
+    QImage image = p_texture.Image();
+    int const limit = static_cast<int>(_features.maxTextureSize);
+    if (image.width() > limit || image.height() > limit) {
+        Utility::GetLogger().warning("An image of " + std::to_string(image.width()) + " by " +
+            std::to_string(image.height()) +
+            " pixels is larger than the device takes; it is scaled"
+            " down to at most " +
+            std::to_string(limit) + ".");
+        image = image.scaled(std::min(image.width(), limit), std::min(image.height(), limit), Qt::KeepAspectRatio,
+            Qt::SmoothTransformation);
+        image = image.convertToFormat(QImage::Format_RGBA8888);
+    }
+    TextureSampling const& sampling = p_texture.Sampling();
+    glGenTextures(1, &entry->second);
+    glBindTexture(GL_TEXTURE_2D, entry->second);
+    glTexImage2D(
+        GL_TEXTURE_2D, 0, GL_RGBA8, image.width(), image.height(), 0, GL_RGBA, GL_UNSIGNED_BYTE, image.constBits());
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(sampling.minification));
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, static_cast<GLint>(sampling.magnification));
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, static_cast<GLint>(sampling.wrapS));
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, static_cast<GLint>(sampling.wrapT));
+    if (sampling.minification == Tokens::AGL_LINEAR_MIPMAP_LINEAR) {
+        glGenerateMipmap(GL_TEXTURE_2D);
+    }
+    p_bytes += static_cast<std::uint64_t>(image.sizeInBytes());
+    return entry->second;
+}
+
+GlProgram const& GlDevice::Program(
+    Shader const& p_shader, ProgramVariant const& p_variant, std::vector<std::string>& p_errors) {
+    if (!_programs.Knows(p_shader.Id())) {
+        p_shader.NotifyWhenGone(_graveyard);
+    }
+    return _programs.Find(p_shader, p_variant, p_errors);
+}
+
+void GlDevice::BeginDrawing() {
+    _boundArray = 0;
+}
+
+void GlDevice::BindArray(GLuint p_vertexArray) {
+    if (p_vertexArray != _boundArray) {
+        glBindVertexArray(p_vertexArray);
+        _boundArray = p_vertexArray;
+    }
+}
+
+void GlDevice::SendInstances(std::vector<Instance> const& p_instances) {
+    glBindBuffer(GL_ARRAY_BUFFER, _instances);
+    glBufferData(GL_ARRAY_BUFFER, SizeOf(p_instances), p_instances.data(), GL_STREAM_DRAW);
+}
+
+void GlDevice::SendImmediate(
+    std::vector<ImmediateVertex> const& p_vertices, std::vector<std::uint32_t> const& p_indices) {
+    BindArray(_immediateArray);
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateVertices);
+    glBufferData(GL_ARRAY_BUFFER, SizeOf(p_vertices), p_vertices.data(), GL_STREAM_DRAW);
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, SizeOf(p_indices), p_indices.data(), GL_STREAM_DRAW);
+}
+
+void GlDevice::SendUniforms(std::vector<std::byte> const& p_bytes) {
+    glBindBuffer(GL_UNIFORM_BUFFER, _uniforms);
+    glBufferData(GL_UNIFORM_BUFFER, SizeOf(p_bytes), p_bytes.data(), GL_STREAM_DRAW);
+}
+
+void GlDevice::PointAtInstance(std::size_t p_firstInstance) const {
+    glBindBuffer(GL_ARRAY_BUFFER, _instances);
+    std::size_t const start = p_firstInstance * sizeof(Instance);
+    constexpr GLsizei stride = sizeof(Instance);
+    for (GLuint row = 0; row < 3; ++row) {
+        SetAttribute(AttributeLocation::Row0 + row, 4, stride, start + row * sizeof(Instance::rows[0]), 1);
+    }
+    SetAttribute(AttributeLocation::CurrentColor, 4, stride, start + offsetof(Instance, color), 1);
+}
+
+void GlDevice::DrawShape(
+    GlShape& p_shape, Pipeline p_pipeline, std::uint32_t p_firstInstance, std::uint32_t p_instances) {
+    auto const slot = static_cast<std::size_t>(p_pipeline);
+    GLenum const mode = ModeOf(p_pipeline);
+    auto const instances = static_cast<GLsizei>(p_instances);
+    BindArray(p_shape.vertexArray);
+    if (p_shape.current != p_pipeline) {
+        glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, p_shape.indexBuffers[slot]);
+        p_shape.current = p_pipeline;
+    }
+    if (_hasBaseInstance) {
+        glDrawElementsInstancedBaseInstance(
+            mode, p_shape.counts[slot], GL_UNSIGNED_INT, nullptr, instances, p_firstInstance);
+    } else {
+        PointAtInstance(p_firstInstance);
+        glDrawElementsInstanced(mode, p_shape.counts[slot], GL_UNSIGNED_INT, nullptr, instances);
+    }
+}
+
+void GlDevice::DrawImmediate(Pipeline p_pipeline, std::uint32_t p_firstIndex, std::uint32_t p_indices) {
+    BindArray(_immediateArray);
+    glVertexAttrib4f(AttributeLocation::Row0, 1, 0, 0, 0);
+    glVertexAttrib4f(AttributeLocation::Row0 + 1, 0, 1, 0, 0);
+    glVertexAttrib4f(AttributeLocation::Row0 + 2, 0, 0, 1, 0);
+    glDrawElements(ModeOf(p_pipeline), static_cast<GLsizei>(p_indices), GL_UNSIGNED_INT,
+        Offset(p_firstIndex * sizeof(std::uint32_t)));
+}
+
+void GlDevice::BindUniforms(GLuint p_block, std::size_t p_offset, std::size_t p_size) const {
+    glBindBufferRange(
+        GL_UNIFORM_BUFFER, p_block, _uniforms, static_cast<GLintptr>(p_offset), static_cast<GLsizeiptr>(p_size));
+}
+
+void GlDevice::DeleteShape(GlShape const& p_shape) {
+    glDeleteVertexArrays(1, &p_shape.vertexArray);
+    glDeleteBuffers(static_cast<GLsizei>(p_shape.indexBuffers.size()), p_shape.indexBuffers.data());
+}
+
+void GlDevice::Collect() {
+    for (std::uint64_t const id : _dead) {
+        if (auto const shape = _shapes.find(id); shape != _shapes.end()) {
+            DeleteShape(shape->second);
+            _shapes.erase(shape);
+        } else if (auto const vertices = _vertices.find(id); vertices != _vertices.end()) {
+            DeleteBuffer(vertices->second);
+            _vertices.erase(vertices);
+        } else if (auto const texture = _textures.find(id); texture != _textures.end()) {
+            glDeleteTextures(1, &texture->second);
+            _textures.erase(texture);
+        } else {
+            _programs.Delete(id);
+        }
+    }
+    _dead.clear();
+}
+
+void GlDevice::DeleteAll() {
+    for (auto const& [id, shape] : _shapes) {
+        DeleteShape(shape);
+    }
+    for (auto& [id, vertices] : _vertices) {
+        DeleteBuffer(vertices);
+    }
+    for (auto const& [id, texture] : _textures) {
+        glDeleteTextures(1, &texture);
+    }
+    _programs.DeleteAll();
+    for (GLuint* const buffer : {&_marker, &_instances, &_uniforms, &_immediateVertices, &_immediateIndices}) {
+        DeleteBuffer(*buffer);
+    }
+    glDeleteVertexArrays(1, &_immediateArray);
+}
+
+} // namespace Qor::Chart::Ogl

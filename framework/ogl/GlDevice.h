@@ -1,0 +1,95 @@
+#pragma once
+
+#include "framework/ogl/CommandList.h"
+#include "framework/ogl/DeviceFeatures.h"
+#include "framework/ogl/DeviceResource.h"
+#include "framework/ogl/GlProgram.h"
+#include "framework/ogl/PrimitiveBuffer.h"
+#include "framework/ogl/Texture.h"
+
+#include <epoxy/gl.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace Qor::Chart::Ogl {
+
+/// A shape in the memory of a device: its vertices and, per pipeline, the indices that were needed so far.
+struct GlShape {
+    GLuint vertexArray = 0;
+    std::array<GLuint, PipelineCount> indexBuffers{};
+    std::array<GLsizei, PipelineCount> counts{};
+    Pipeline current = Pipeline::Points; ///< whose indices the vertex array is bound to
+};
+
+/// All objects of one OpenGL context. Every operation needs that context to be current.
+class GlDevice {
+public:
+    /// p_graveyard is told to resources that get objects here.
+    explicit GlDevice(std::shared_ptr<Graveyard> p_graveyard);
+    GlDevice(GlDevice const&) = delete;
+    GlDevice& operator=(GlDevice const&) = delete;
+
+    /// False when the objects are not there, because the context that had them is gone and another one looks like it.
+    bool IsIntact() const;
+    bool IsCompatibility() const { return _isCompatibility; }
+    DeviceFeatures const& Features() const { return _features; }
+    std::size_t ObjectCount() const;
+
+    /// The shape with its indices for the pipeline; p_bytes grows by what had to be sent.
+    GlShape& Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, std::uint64_t& p_bytes);
+    GLuint TextureName(Texture const& p_texture, std::uint64_t& p_bytes);
+    GlProgram const& Program(
+        Shader const& p_shader, ProgramVariant const& p_variant, std::vector<std::string>& p_errors);
+
+    /// Forgets which vertex array is bound: to be called when others may have bound one.
+    void BeginDrawing();
+    /// Sends what changes from flush to flush.
+    void SendInstances(std::vector<Instance> const& p_instances);
+    void SendImmediate(std::vector<ImmediateVertex> const& p_vertices, std::vector<std::uint32_t> const& p_indices);
+    void SendUniforms(std::vector<std::byte> const& p_bytes);
+    /// Draw instances of a shape and immediate vertices with the program and the state in force. The shape must have been
+    /// asked for with that pipeline.
+    void DrawShape(GlShape& p_shape, Pipeline p_pipeline, std::uint32_t p_firstInstance, std::uint32_t p_instances);
+    void DrawImmediate(Pipeline p_pipeline, std::uint32_t p_firstIndex, std::uint32_t p_indices);
+    void BindUniforms(GLuint p_block, std::size_t p_offset, std::size_t p_size) const;
+    std::size_t UniformAlignment() const { return _uniformAlignment; }
+
+    /// Notes resources that are gone; Collect deletes what was made for them.
+    void Bury(std::vector<std::uint64_t> const& p_ids) { _dead.insert(_dead.end(), p_ids.begin(), p_ids.end()); }
+    void Collect();
+    void DeleteAll();
+
+private:
+    void MakeImmediateArray();
+    void BindArray(GLuint p_vertexArray);
+    void PointAtInstance(std::size_t p_firstInstance) const;
+    GLuint VertexObject(VertexBuffer const& p_vertices, std::uint64_t& p_bytes);
+    void DeleteShape(GlShape const& p_shape);
+
+    std::shared_ptr<Graveyard> _graveyard;
+    DeviceFeatures _features;
+    bool _isCompatibility = false;
+    bool _hasBaseInstance = false; ///< draws can start at an instance (OpenGL 4.2)
+    GLuint _boundArray = 0;
+    std::size_t _uniformAlignment = 256;
+    GLuint _marker = 0;
+    GLuint _instances = 0;
+    GLuint _uniforms = 0;
+    GLuint _immediateArray = 0;
+    GLuint _immediateVertices = 0;
+    GLuint _immediateIndices = 0;
+    GlPrograms _programs;
+    std::unordered_map<std::uint64_t, GlShape> _shapes;
+    std::unordered_map<std::uint64_t, GLuint> _vertices;
+    std::unordered_map<std::uint64_t, GLuint> _textures;
+    std::vector<std::uint64_t> _dead;
+};
+
+} // namespace Qor::Chart::Ogl

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "framework/Export.h"
+#include "framework/ogl/Backend.h"
+
+#include <memory>
+#include <vector>
+
+namespace Qor::Chart::Ogl {
+
+/// A command as the recorder keeps it: with its state resolved and its data copied.
+struct RecordedCommand {
+    Command::Kind kind = Command::Kind::Draw;
+    Pipeline pipeline = Pipeline::Triangles;
+    std::uint8_t faces = FaceBit::Both;
+    Token clearMask = 0;
+    PrimitiveBuffer const* buffer = nullptr; ///< only to compare: it may be gone
+    Shader const* shader = nullptr; ///< only to compare: it may be gone
+    State state;
+    std::vector<Instance> instances; ///< of a draw
+    std::vector<ImmediateVertex> vertices; ///< of an immediate draw, assembled: one per index
+};
+
+/// A back end without a device, for tests, measurements and machines without OpenGL. It counts what it is told to do as
+/// OpenGL would and, unless told otherwise, keeps the commands.
+class QOR_FRAMEWORK_API RecorderBackend : public Backend {
+public:
+    enum class Keep {
+        Commands, ///< keep the commands of the current frame
+        Counters, ///< only count, as in measurements
+    };
+
+    explicit RecorderBackend(Keep p_keep = Keep::Commands);
+    ~RecorderBackend() override;
+
+    /// What was carried out since the last `BeginFrame` or `Forget`, in order.
+    std::vector<RecordedCommand> const& Commands() const { return _commands; }
+    void Forget() { _commands.clear(); }
+    /// Frames begun since construction.
+    std::size_t Frames() const { return _frames; }
+
+    void BeginFrame() override;
+    void EndFrame() override;
+    void Execute(CommandList const& p_commands, Statistics& p_statistics) override;
+    void Prepare(Shader const& p_shader) override;
+    QImage ReadPixels(PixelRectangle const& p_rectangle) override;
+    DeviceFeatures const& Features() override;
+    void TakeErrors(std::vector<std::string>& p_errors) override;
+
+private:
+    Keep _keep;
+    DeviceFeatures _features;
+    std::vector<RecordedCommand> _commands;
+    std::size_t _frames = 0;
+};
+
+} // namespace Qor::Chart::Ogl
