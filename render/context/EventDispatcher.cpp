@@ -1,0 +1,8 @@
+#include "render/context/EventDispatcher.h"
+
+namespace Qor::Chart::Render {
+
+EventDispatcher::EventDispatcher() = default;
+EventDispatcher::~EventDispatcher() = default;
+
+} // namespace Qor::Chart::Render

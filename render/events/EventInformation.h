@@ -1,0 +1,75 @@
+#pragma once
+
+#include "framework/types/Pos.h"
+#include "render/Export.h"
+
+#include <cstdint>
+#include <functional>
+#include <utility>
+
+namespace Qor::Chart::Render {
+
+class EventDispatcher;
+struct HitRecord;
+
+/// What a handler is told of an event: where the pointer is, what is pressed, what was hit; and what it may ask of the
+/// dispatcher in return. It lives for one call of a handler.
+class QOR_VIS_API EventInformation {
+public:
+    /// Bits of `buttons`.
+    enum ButtonMask : std::uint32_t {
+        ButtonMaskPrimary = 1,
+        ButtonMaskSecondary = 2,
+        ButtonMaskMiddle = 4,
+    };
+    /// Bits of `modifiers`.
+    enum ModifierMask : std::uint32_t {
+        ModifierAlt = 1,
+        ModifierControl = 2,
+        ModifierShift = 4,
+    };
+    /// Values of `key` that nodes know; a letter has the code of its capital.
+    enum KeyCode : int {
+        KeyOrthographic = 79, ///< O
+        KeyPerspective = 80,  ///< P
+    };
+
+    /// @param p_sink  takes what the handler asks for; it outlives the call
+    /// @param p_hit   the record of the receiving node, null when it was not hit; it outlives the call
+    EventInformation(EventDispatcher& p_sink, HitRecord const* p_hit) noexcept
+        : _sink(p_sink)
+        , _hit(p_hit) {}
+
+    Types::Pos position;         ///< of the pointer, in framebuffer pixels of the window, origin in the lower left corner
+    std::uint32_t button = 0;    ///< the button that the event is about; 0 is the primary one
+    std::uint32_t buttons = 0;   ///< all buttons that are down, see ButtonMask
+    std::uint32_t modifiers = 0; ///< see ModifierMask
+    int key = 0;                 ///< the key that the event is about; 0 for pointer events
+    double scroll = 0.0;         ///< notches of the wheel, away from the user is positive
+
+    /// The host, for requests to draw, to update or to pass an event on.
+    EventDispatcher& Sink() const noexcept { return _sink; }
+    /// What was hit of the receiving node; null when nothing was.
+    HitRecord const* Hit() const noexcept { return _hit; }
+
+    /// Asks to be called once more after a time, on the rendering thread, unless the receiving node is gone by then.
+    void CallLater(int p_milliseconds, std::function<void()> p_call) {
+        _delay = p_milliseconds;
+        _call = std::move(p_call);
+    }
+    int CallDelay() const noexcept { return _delay; }
+    std::function<void()> const& LaterCall() const noexcept { return _call; }
+
+    /// Sets after which time without events the dispatcher takes the pointer to have left the node; 0 never does.
+    void SetTimeOut(int p_milliseconds) noexcept { _timeOut = p_milliseconds; }
+    int TimeOut() const noexcept { return _timeOut; }
+
+private:
+    EventDispatcher& _sink;
+    HitRecord const* _hit;
+    std::function<void()> _call;
+    int _delay = 0;
+    int _timeOut = 0;
+};
+
+} // namespace Qor::Chart::Render

@@ -1,0 +1,279 @@
+#include "render/core/ExplicitModificationTracker.h"
+
+#include "framework/model/Group.h"
+#include "framework/qordebug/CaptureScope.h"
+#include "framework/utility/Logger.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ctime>
+#include <map>
+#include <random>
+#include <sstream>
+
+namespace Qor::Chart::Render {
+
+namespace {
+
+using Core::IModifiable;
+using Core::Node;
+using Core::NodeHandles;
+using Core::WeakPtr;
+using Group = Core::Ptr<Model::Group>;
+
+struct ExplicitModificationTrackerTest : testing::Test {
+    Group node = Core::MakeNode<Model::Group>();
+    ExplicitModificationTracker tracker{*node};
+
+    void Insert(int p_type, int p_change, int p_relationship, boost::any const& p_data = {}) {
+        tracker.Insert(static_cast<IModifiable::ModifiableType>(p_type), static_cast<IModifiable::Change>(p_change),
+            static_cast<IModifiable::Relationship>(p_relationship), "name", p_data);
+    }
+    void InsertChild(IModifiable::Change p_change, WeakPtr<Node> const& p_node) { Insert(0, p_change, 1, p_node); }
+
+    std::vector<WeakPtr<Node>> Added() const {
+        std::vector<WeakPtr<Node>> nodes;
+        for (auto record = tracker.BeginAdded(); record != tracker.EndAdded(); ++record)
+            nodes.push_back(record->node);
+        return nodes;
+    }
+    std::vector<WeakPtr<Node>> Removed() const {
+        std::vector<WeakPtr<Node>> nodes;
+        for (auto record = tracker.BeginRemoved(); record != tracker.EndRemoved(); record++)
+            nodes.push_back((*record).node);
+        return nodes;
+    }
+    /// Modified, explicitly, itself, only callbacks; then the callbacks.
+    std::string State() const {
+        std::ostringstream text;
+        text << tracker.Modified() << tracker.ExplicitModified() << tracker.ThisModified()
+             << tracker.OnlyCallbacksModified() << tracker.CallbacksModified();
+        return text.str();
+    }
+    std::string DumpText() const {
+        std::ostringstream text;
+        tracker.Dump(text);
+        return text.str();
+    }
+};
+
+} // namespace
+
+TEST_F(ExplicitModificationTrackerTest, sortsChangesByWhatTheyConcern) {
+    struct Case {
+        int type;
+        int change;
+        int relationship;
+        char const* state;
+    };
+    for (auto const& [type, change, relationship, state] : {
+             Case{1003, 0, 0, "1111[001000]"},
+             Case{1001, 1, 0, "1111[100000]"},
+             Case{1006, 0, 0, "1111[000001]"},
+             Case{1000, 0, 0, "1111[000000]"},
+             Case{1003, 0, 1, "1101[000000]"},
+             Case{1003, 0, 2, "1001[000000]"},
+             Case{999, 0, 0, "1110[000000]"},
+             Case{1007, 0, 0, "1110[000000]"},
+             Case{1, 0, 0, "1110[000000]"},
+             Case{1, 0, 1, "1100[000000]"},
+             Case{1, 0, 2, "1000[000000]"},
+             Case{1, 0, 5, "1000[000000]"},
+             Case{0, 2, 0, "1110[000000]"},
+             Case{0, 2, 2, "1000[000000]"},
+             Case{0, 0, 1, "1100[000000]"},
+         }) {
+        tracker.Reset();
+        EXPECT_EQ(State(), "0001[000000]");
+        qordebug::CaptureScope const capture(Utility::GetLogger());
+        Insert(type, change, relationship);
+        EXPECT_EQ(State(), state) << type << ' ' << change << ' ' << relationship;
+        EXPECT_TRUE(Added().empty() && Removed().empty() && capture.empty());
+    }
+    Insert(1, 0, 1);
+    EXPECT_FALSE(tracker.ThisModified());
+    Insert(1004, 0, 0);
+    Insert(1, 0, 2);
+    EXPECT_EQ(State(), "1110[000100]") << "what was seen once stays until the reset";
+}
+
+TEST_F(ExplicitModificationTrackerTest, startsAndResetsToTheNodesTime) {
+    EXPECT_FALSE(tracker.Modified());
+    node->Touch();
+    EXPECT_EQ(State(), "1001[000000]");
+    InsertChild(IModifiable::ChangeAdd, WeakPtr<Node>(node));
+    tracker.Touch();
+    EXPECT_EQ(State(), "1110[111111]");
+    tracker.Reset();
+    EXPECT_EQ(State(), "0001[000000]");
+    EXPECT_TRUE(Added().empty());
+}
+
+TEST_F(ExplicitModificationTrackerTest, watchersCountOnceTheNodeIsModified) {
+    for (bool const isList : {false, true}) {
+        auto const watched = Core::MakeNode<Model::Group>();
+        if (isList) {
+            Core::ModificationWatcherList list;
+            list.Add(WeakPtr<Node>(watched));
+            tracker.AddWatcherEntry(list);
+        } else {
+            tracker.AddWatcherEntry(Core::ModificationWatcher(WeakPtr<Node>(watched)));
+        }
+        tracker.Reset();
+        watched->Touch();
+        EXPECT_FALSE(tracker.ExplicitModified());
+        node->Touch();
+        EXPECT_TRUE(tracker.ExplicitModified() && !tracker.ThisModified());
+        tracker.Reset();
+        node->Touch();
+        EXPECT_TRUE(tracker.ExplicitModified()) << "a reset keeps the watchers";
+        EXPECT_THAT(DumpText(), testing::HasSubstr(isList ? "_watcherLists = 1" : "_watchers = 1"));
+        tracker.ClearWatcherEntries();
+        EXPECT_FALSE(tracker.ExplicitModified());
+    }
+}
+
+TEST_F(ExplicitModificationTrackerTest, comingAndLeavingCancel) {
+    struct Case {
+        char const* changes; ///< "+a" a came, "-a" it left, "*ab" both left at once
+        char const* added;
+        char const* removed;
+    };
+    for (auto const& [changes, added, removed] : {
+             Case{"+a+b", "ab", ""},
+             Case{"+a-a", "", ""},
+             Case{"-a+a", "", ""},
+             Case{"+a-a+a", "a", ""},
+             Case{"-a+a-a", "", "a"},
+             Case{"+a+b+a", "ba", ""},
+             Case{"-a-b-a", "", "ba"},
+             Case{"+a-b+c-a", "c", "b"},
+             Case{"+b*ab", "", "a"},
+             Case{"*ab+b", "", "a"},
+             Case{"+a-d", "a", "d"},
+             Case{"+d", "", ""},
+         }) {
+        std::map<char, Group> nodes;
+        std::map<char, WeakPtr<Node>> handles;
+        for (char const name : {'a', 'b', 'c', 'd'})
+            handles[name] = WeakPtr<Node>(nodes[name] = Core::MakeNode<Model::Group>());
+        nodes.erase('d');
+        tracker.Reset();
+        qordebug::CaptureScope const capture(Utility::GetLogger());
+        for (char const* at = changes; *at != 0; at += *at == '*' ? 3 : 2) {
+            if (*at == '*')
+                Insert(0, IModifiable::ChangeClear, 1, NodeHandles{handles[at[1]], handles[at[2]]});
+            else
+                InsertChild(*at == '+' ? IModifiable::ChangeAdd : IModifiable::ChangeRemove, handles[at[1]]);
+        }
+        auto const expect = [&](char const* p_names) {
+            std::vector<WeakPtr<Node>> expected;
+            for (char const* name = p_names; *name != 0; ++name)
+                expected.push_back(handles[*name]);
+            return expected;
+        };
+        EXPECT_EQ(Added(), expect(added)) << changes;
+        EXPECT_EQ(Removed(), expect(removed)) << changes;
+        EXPECT_EQ(State(), "1100[000000]") << "cancelled or not, it is a change";
+    }
+}
+
+TEST_F(ExplicitModificationTrackerTest, thousandsOfRecordsAgreeWithAPlainListInLinearTime) {
+    std::vector<Group> nodes;
+    std::vector<WeakPtr<Node>> handles;
+    std::clock_t const start = std::clock();
+    for (int child = 0; child < 60'000; ++child) {
+        nodes.push_back(Core::MakeNode<Model::Group>());
+        handles.emplace_back(nodes.back());
+    }
+    std::clock_t const making = std::clock() - start + 1;
+
+    std::mt19937 random(2);
+    std::vector<std::pair<WeakPtr<Node>, IModifiable::Change>> oracle;
+    for (int step = 0; step < 6'000; ++step) {
+        // The range moves, so that the list grows and shrinks.
+        std::size_t const range = step % 2'000 < 1'000 ? 500 : 20;
+        WeakPtr<Node> const& child = handles[random() % range];
+        auto const change = random() % 2 == 0 ? IModifiable::ChangeAdd : IModifiable::ChangeRemove;
+        InsertChild(change, child);
+        auto const found = std::ranges::find(oracle, child, [](auto const& p_record) { return p_record.first; });
+        bool const isCancelled = found != oracle.end() && found->second != change;
+        if (found != oracle.end())
+            oracle.erase(found);
+        if (!isCancelled)
+            oracle.emplace_back(child, change);
+        if (step % 37 != 0)
+            continue;
+        std::vector<WeakPtr<Node>> added;
+        std::vector<WeakPtr<Node>> removed;
+        for (auto const& [record, kind] : oracle)
+            (kind == IModifiable::ChangeAdd ? added : removed).push_back(record);
+        ASSERT_EQ(Added(), added) << "step " << step;
+        ASSERT_EQ(Removed(), removed) << "step " << step;
+    }
+
+    tracker.Reset();
+    std::clock_t const begin = std::clock();
+    for (WeakPtr<Node> const& child : handles)
+        InsertChild(IModifiable::ChangeAdd, child);
+    std::shuffle(handles.begin(), handles.end(), random);
+    for (WeakPtr<Node> const& child : handles)
+        InsertChild(IModifiable::ChangeRemove, child);
+    EXPECT_EQ(tracker.BeginAdded(), tracker.EndAdded());
+    EXPECT_LT(std::clock() - begin, making * 40) << "a search from the beginning takes hundreds of times as long";
+}
+
+TEST_F(ExplicitModificationTrackerTest, aRetriedChildIsRecordedWithoutCountingAsAChange) {
+    auto const child = Core::MakeNode<Model::Group>();
+    tracker.RetryAdded(WeakPtr<Node>(child));
+    EXPECT_FALSE(tracker.Modified());
+    EXPECT_EQ(Added(), std::vector<WeakPtr<Node>>{WeakPtr<Node>(child)});
+    EXPECT_FALSE(tracker.OnlyCallbacksModified()) << "the next visit must not stop at the callbacks";
+}
+
+TEST_F(ExplicitModificationTrackerTest, brokenConditionsAreReportedAndTheChangeStillCounts) {
+    WeakPtr<Node> const expired(Core::MakeNode<Model::Group>());
+    struct Case {
+        IModifiable::Change change;
+        boost::any data;
+        char const* condition;
+    };
+    for (auto const& [change, data, condition] : std::vector<Case>{
+             {IModifiable::ChangeAdd, {}, "!p_data.empty()"},
+             {IModifiable::ChangeRemove, {}, "!p_data.empty()"},
+             {IModifiable::ChangeClear, {}, "!p_data.empty()"},
+             {IModifiable::ChangeAdd, expired, "(p_change == IModifiable::ChangeRemove) || !tmp.Expired()"},
+             {IModifiable::ChangeRemove, WeakPtr<Node>(), "p_node != WeakPtr<Node>()"},
+             {IModifiable::ChangeClear, expired, "p_data.type() == typeid(NodeList)"},
+             {IModifiable::ChangeAdd, 7, "p_data.type() == typeid(WeakPtr<Node>)"},
+         }) {
+        tracker.Reset();
+        qordebug::CaptureScope const capture(Utility::GetLogger());
+        Insert(0, change, 1, data);
+        EXPECT_THAT(capture.texts(qordebug::severity::ensure),
+            testing::ElementsAre(testing::AllOf(testing::StartsWith("\"" + std::string(condition) + "\" - "),
+                testing::HasSubstr("ExplicitModificationTracker::Insert"))));
+        EXPECT_EQ(State(), "1100[000000]") << condition;
+        EXPECT_TRUE(Added().empty() && Removed().empty()) << condition;
+    }
+}
+
+TEST_F(ExplicitModificationTrackerTest, dumpsOneFactALine) {
+    EXPECT_EQ(DumpText(),
+        "_onlyCallbackModified = 1\n_callbacks = 0\n_time = 1\n_explicitChange = 0\n"
+        "_thisChange = 0\n_entries = 0\n_watchers = 0\n_watcherLists = 0\n");
+    Group const a = Core::MakeNode<Model::Group>();
+    Group const b = Core::MakeNode<Model::Group>();
+    tracker.Touch();
+    InsertChild(IModifiable::ChangeAdd, WeakPtr<Node>(a));
+    InsertChild(IModifiable::ChangeRemove, WeakPtr<Node>(node));
+    InsertChild(IModifiable::ChangeRemove, WeakPtr<Node>(b));
+    InsertChild(IModifiable::ChangeAdd, WeakPtr<Node>(node));
+    EXPECT_EQ(DumpText(),
+        "_onlyCallbackModified = 0\n_callbacks = 1\n_time = 0\n_explicitChange = 1\n"
+        "_thisChange = 1\n_entries = 2\n[0] \n0\n2\n[1] \n0\n3\n_watchers = 0\n_watcherLists = 0\n");
+}
+
+} // namespace Qor::Chart::Render
