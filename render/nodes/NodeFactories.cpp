@@ -1,0 +1,27 @@
+#include "render/nodes/NodeFactories.h"
+
+#include "render/nodes/Group.h"
+#include "render/nodes/SceneVis.h"
+#include "render/nodes/SimpleObject.h"
+#include "render/loops/Generator.h"
+
+namespace Qor::Chart::Render {
+
+namespace {
+
+template <class Node>
+Core::Ptr<Vis> Make(Core::Ptr<Model::ModelNode> const& p_model) {
+    Core::Ptr<Node> const node = Core::MakeNode<Node>();
+    node->Attach(p_model);
+    return node;
+}
+
+} // namespace
+
+void RegisterNodeFactories(Generator& p_generator) {
+    p_generator.Register<Model::Group>(&Make<Group>);
+    p_generator.Register<Model::SceneGraph>(&Make<SceneVis>);
+    p_generator.Register<Model::SimpleObject>(&Make<SimpleObject>);
+}
+
+} // namespace Qor::Chart::Render

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "framework/core/ModificationWatcher.h"
+#include "framework/core/Reference.h"
+#include "framework/model/SharedMatrix.h"
+#include "framework/model/SimpleObject.h"
+#include "framework/types/Color4f.h"
+#include "render/Export.h"
+#include "render/anim/Blender.h"
+#include "render/core/Vis.h"
+#include "render/events/EventHandler.h"
+
+#include <memory>
+#include <string>
+
+namespace Qor::Chart::Render {
+
+class EventDispatcher;
+class LoadedSymbol;
+
+/// The visual node of a simple object: one symbol in the scene, a built-in shape or the content of a model file, placed by
+/// the model's transform and drawn in the model's colour. There may be millions of them: what they have in common is
+/// shared, and objects of one symbol that differ in transform and colour alone are drawn together. What is below an object
+/// in the tree is placed relative to it.
+///
+/// The colour is multiplied with those of the symbol's vertices where it has such; an object whose colour was never set
+/// shows these alone. Colours that are not opaque are blended with what was drawn before, in the order of the children: put
+/// transparent objects behind opaque ones in the list of children.
+///
+/// An object that is to be seen behind geometry is drawn a second time through a stipple pattern, whatever is in front
+/// of it: faintly, or densely when it is a front object. Devices without stipple leave that out.
+///
+/// A symbol that is missing or cannot be loaded makes the node invalid and is reported, once per change of the model.
+class QOR_VIS_API SimpleObject : public Vis, public EventHandler {
+public:
+    SimpleObject();
+    ~SimpleObject() override;
+
+    /// Mirrors a model node from now on. One that is no simple object is reported and refused.
+    void Attach(Core::Ptr<Model::ModelNode> const& p_model);
+
+    Core::WeakPtr<Model::ModelNode> SourceModel() const override;
+
+private:
+    NodeStatus DoUpdate(UpdateContext const& p_context) override;
+    void DoSetup(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override;
+    DrawResult DoDraw(DrawContext const& p_context) override;
+    DrawResult DoHighlight(DrawContext const& p_context) override;
+    void DoTeardown(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override;
+    Types::BoundingBox_Base<double> DoBoundingBox(Types::BoundingBox_Base<double> const& p_children) override;
+
+    void WatchModel(Model::SimpleObject const& p_model);
+    void UpdatePulse(UpdateContext const& p_context, Model::SimpleObject const& p_model);
+    void KeepPulsing(EventDispatcher& p_dispatcher);
+    void UpdatePicking(Model::SimpleObject const& p_model);
+    void LoadShapeSymbol(UpdateContext const& p_context, Model::SimpleObject const& p_model);
+    void UpdateLook(UpdateContext const& p_context, Model::SimpleObject const& p_model);
+    void Warn(UpdateContext const& p_context, std::string const& p_text, std::string const& p_location) const;
+
+    void DrawSymbol(Utility::Scoped<Ogl::Agl>& p_agl, Types::Color4f const& p_color) const;
+    void DrawBehindGeometry(Utility::Scoped<Ogl::Agl>& p_agl) const;
+
+    Core::WeakRef<Model::SimpleObject> _model;
+    Core::ModificationWatcherList _watchers; ///< over the model and its symbol
+    Model::SharedMatrix _transform;
+    std::shared_ptr<LoadedSymbol const> _symbol; ///< empty while there is none that can be drawn
+    Types::Color4f _color;
+    std::unique_ptr<FloatAnimation> _pulse; ///< goes between 0 and 0.5; null while the object does not pulse
+    bool _isFront = false;
+    bool _isVisibleBehindGeometry = false;
+};
+
+} // namespace Qor::Chart::Render
