@@ -1,0 +1,109 @@
+#include "apps/qorview/Program.h"
+
+#include "apps/qorview/PictureFile.h"
+#include "apps/qorview/ProgressLine.h"
+#include "apps/qorview/TreePrinter.h"
+#include "apps/qorview/UsageError.h"
+#include "framework/qordebug/highrestimer.h"
+#include "host/HostError.h"
+
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+#include <utility>
+
+namespace Qor::Chart::QorView {
+
+namespace {
+
+int Complain(int p_code, char const* p_sentence) noexcept {
+    try {
+        std::cerr << "qorview: " << p_sentence << std::endl;
+    } catch (...) { // standard error is gone: the exit code has to do
+    }
+    return p_code;
+}
+
+} // namespace
+
+int Program::Main(int p_argc, char const* const* p_argv) noexcept {
+    try {
+        if (std::optional<Options> options = Options::Parse(p_argc, p_argv))
+            Program(std::move(*options)).Run();
+        if (!std::cout.flush())
+            return Complain(Failure, "Standard output cannot be written to; is the disk full?");
+        return Success;
+    } catch (UsageError const& error) {
+        return Complain(Misuse, error.what());
+    } catch (std::bad_alloc const&) {
+        return Complain(Failure, "There is not enough memory for this; try a smaller picture or a smaller file.");
+    } catch (std::exception const& error) {
+        return Complain(Failure, error.what());
+    }
+}
+
+Program::Program(Options p_options)
+    : _options(std::move(p_options)) {}
+
+void Program::Run() {
+    std::optional<PictureFile> picture;
+    if (!_options.png.empty())
+        picture.emplace(_options.png);
+    _offscreen = std::make_unique<Host::Offscreen>(_options.size, _options.samples, _options.device);
+    _offscreen->GetScene().Schema().clearColor = _options.background;
+    _offscreen->Driver().SetShowBounds(_options.bounds);
+    Host::Camera& camera = _offscreen->GetCamera();
+    camera.SetProjectionMode(_options.projection);
+    camera.SetUpAxis(_options.up);
+    camera.Look(_options.azimuth, _options.elevation);
+
+    // The importer keeps the files in memory until the first frame has taken them up.
+    Host::Importer importer(_offscreen->GetScene().Symbols());
+    for (std::string const& file : _options.files)
+        ImportFile(importer, file);
+    DrawFrames(picture ? &*picture : nullptr);
+    Tell();
+}
+
+void Program::ImportFile(Host::Importer& p_importer, std::string const& p_file) {
+    qordebug::highrestimer<2> const time;
+    ProgressLine line("Reading " + p_file);
+    Host::Importer::Result const result = p_importer.Import(p_file, [&line](double p_part) {
+        line.Show(p_part);
+        return true;
+    });
+    _offscreen->GetScene().Add(result.root);
+    _summary.files.push_back({p_file, result.groups, result.objects, result.triangles, result.lines, result.points,
+        result.dropped, static_cast<double>(time.elapsed()) / 1000});
+}
+
+void Program::DrawFrames(PictureFile const* p_picture) {
+    for (unsigned frame = 1; frame <= _options.frames; ++frame) {
+        if (frame > 1 && _options.spin)
+            _offscreen->GetCamera().Orbit(360.0 / _options.frames, 0);
+        _offscreen->Frame();
+        _summary.frames.push_back(_offscreen->Driver().Statistics());
+    }
+    if (p_picture) {
+        p_picture->Write(_offscreen->Read());
+        _summary.picture = _options.png;
+    }
+}
+
+void Program::Tell() {
+    Host::Scene& scene = _offscreen->GetScene();
+    if (_options.tree)
+        TreePrinter(std::cout).Print(scene.Visual());
+    _summary.nodes = TreePrinter::Count(scene.Visual());
+    _summary.reports = scene.Dispatcher().ReportCount();
+    _summary.device = _offscreen->DeviceName();
+    _summary.size = _options.size;
+    _summary.listFrames = _options.listFrames;
+    if (_options.json)
+        _summary.WriteJson(std::cout);
+    else
+        _summary.WriteText(std::cout);
+}
+
+} // namespace Qor::Chart::QorView
