@@ -39,6 +39,8 @@ function(qor_compile_settings p_target)
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
         $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> # g++ 12 reports text + std::string falsely
         $<$<BOOL:${QOR_WARNINGS_AS_ERRORS}>:-Werror>)
+    # Calls within a shared library go straight to their function and may be inlined.
+    target_compile_options(${p_target} PRIVATE -fno-semantic-interposition)
     target_compile_definitions(${p_target} PRIVATE QT_NO_KEYWORDS)
     target_link_options(${p_target} PRIVATE $<$<NOT:$<CONFIG:Sanitizers>>:-Wl,--no-undefined> -Wl,--as-needed)
 endfunction()

@@ -19,7 +19,8 @@ int main(int p_argc, char** p_argv) {
         for (int i = 0; i < 24; ++i) {
             double const turn = i / 24.0 * 6.283185307;
             auto const object = Core::MakeNode<Model::SimpleObject>(i % 2 == 0 ? ball : cone);
-            object->SetTransform(Types::Matrix4::Translation({5 * std::cos(turn), 5 * std::sin(turn), std::sin(3 * turn)}));
+            object->SetTransform(
+                Types::Matrix4::Translation({5 * std::cos(turn), 5 * std::sin(turn), std::sin(3 * turn)}));
             object->SetColor(QColor::fromHsv(15 * i, 170, 235));
             picture.GetScene().Add(object);
         }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 namespace Qor::Chart::Host {
 
@@ -13,6 +14,8 @@ using Vector = Camera::Vector;
 
 /// Part of the viewport that the box may fill.
 constexpr double Filling = 0.94;
+/// How near the eye may come to the box at least, in radii.
+constexpr double MinDistance = 0.05;
 /// Half the opening angle of the perspective along the shorter side of the viewport, as `Agl::Perspective` has it.
 double const HalfAngle = std::numbers::pi / 8;
 
@@ -45,39 +48,92 @@ HalfSize HalfSizeOf(Types::Viewport<0> const& p_viewport) {
     return {static_cast<double>(p_viewport.width) / shorter, static_cast<double>(p_viewport.height) / shorter};
 }
 
+/// The corners of boxes as they are seen: relative to p_center, x to the right, y up, z towards the viewer.
+std::vector<Vector> Corners(std::span<Box const> p_boxes, Vector const& p_center, Types::Matrix4 const& p_rotation) {
+    std::vector<Vector> corners;
+    corners.reserve(p_boxes.size() * 8);
+    for (Box const& box : p_boxes) {
+        for (unsigned corner = 0; corner < 8; ++corner)
+            corners.push_back((p_rotation * Types::Vector4_Base<double>(box.Corner(corner) - p_center, 0)).XYZ());
+    }
+    return corners;
+}
+
+/// How far points lie to either side of an axis, each moved outwards by p_slope times its nearness.
+struct Spread {
+    double left = -HUGE_VAL;
+    double right = -HUGE_VAL;
+};
+
+Spread SpreadOf(std::span<Vector const> p_points, int p_axis, double p_slope) {
+    Spread spread;
+    for (Vector const& point : p_points) {
+        spread.left = std::max(spread.left, p_slope * point.z - point[p_axis]);
+        spread.right = std::max(spread.right, p_slope * point.z + point[p_axis]);
+    }
+    return spread;
+}
+
+/// The distance of the nearest eye that sees all points between two planes that open by p_slope to either side: both
+/// planes touch the outermost points then.
+double DistanceFor(std::span<Vector const> p_points, int p_axis, double p_slope) {
+    Spread const spread = SpreadOf(p_points, p_axis, p_slope);
+    return (spread.left + spread.right) / 2 / p_slope;
+}
+
+double NearestOf(std::span<Vector const> p_points) {
+    double nearest = -HUGE_VAL;
+    for (Vector const& point : p_points)
+        nearest = std::max(nearest, point.z);
+    return nearest;
+}
+
+/// Where an eye at this distance stands on an axis so that it sees the points as far to the left as to the right.
+double MiddleOf(std::span<Vector const> p_points, int p_axis, double p_distance) {
+    double low = HUGE_VAL;
+    double high = -HUGE_VAL;
+    for (Vector const& point : p_points) {
+        low = std::min(low, point[p_axis]);
+        high = std::max(high, point[p_axis]);
+    }
+    for (int step = 0; step < 60 && low < high; ++step) {
+        double const middle = (low + high) / 2;
+        double left = HUGE_VAL;
+        double right = -HUGE_VAL;
+        for (Vector const& point : p_points) {
+            double const seen = (point[p_axis] - middle) / (p_distance - point.z);
+            left = std::min(left, seen);
+            right = std::max(right, seen);
+        }
+        (left + right > 0 ? low : high) = middle;
+    }
+    return (low + high) / 2;
+}
+
 } // namespace
 
-// Each corner must stay between the two sides of the view, which open with the distance from the eye. The nearest eye for
-// which all do, and the pan that puts the picture in the middle, follow from the outermost corners on either side.
 void Camera::Fit(Box const& p_box, Types::Viewport<0> const& p_viewport, std::span<Box const> p_parts) {
     _box = Usable(p_box);
     std::span<Box const> const parts = _box == p_box && !p_parts.empty() ? p_parts : std::span<Box const>(&_box, 1);
+    std::vector<Vector> const corners = Corners(parts, _box.Center(), Rotation());
     HalfSize const half = HalfSizeOf(p_viewport);
-    Types::Matrix4 const rotation = Rotation();
-    bool const isPerspective = _mode == Render::ProjectionMode::Perspective;
-    double const opening = isPerspective ? std::tan(HalfAngle) : 0.0;
-    double const slopeX = opening * half.x * Filling;
-    double const slopeY = opening * half.y * Filling;
+    double const radius = RadiusOf(_box);
 
-    double left = -HUGE_VAL;
-    double right = -HUGE_VAL;
-    double down = -HUGE_VAL;
-    double up = -HUGE_VAL;
-    for (Box const& part : parts) {
-        for (unsigned corner = 0; corner < 8; ++corner) {
-            Vector const seen = (rotation * Types::Vector4_Base<double>(part.Corner(corner) - _box.Center(), 0)).XYZ();
-            left = std::max(left, slopeX * seen.z - seen.x);
-            right = std::max(right, slopeX * seen.z + seen.x);
-            down = std::max(down, slopeY * seen.z - seen.y);
-            up = std::max(up, slopeY * seen.z + seen.y);
-        }
+    if (_mode == Render::ProjectionMode::Orthographic) {
+        Spread const x = SpreadOf(corners, 0, 0);
+        Spread const y = SpreadOf(corners, 1, 0);
+        _panX = (x.right - x.left) / 2;
+        _panY = (y.right - y.left) / 2;
+        double const needed = std::max((x.left + x.right) / half.x, (y.left + y.right) / half.y) / 2 / Filling;
+        _zoom = needed > radius * 1e-9 ? radius / needed : 1.0;
+        return;
     }
-    _panX = (right - left) / 2;
-    _panY = (up - down) / 2;
-    // The sides of the view, at the centre of the box, of an eye that sees the whole box.
-    double const needed = std::max((left + right) / 2 / half.x, (down + up) / 2 / half.y) / Filling;
-    double const offered = RadiusOf(_box) / (isPerspective ? std::cos(HalfAngle) : 1.0);
-    _zoom = needed > 0 ? offered / needed : 1.0;
+    double const opening = std::tan(HalfAngle) * Filling;
+    double const distance = std::max({DistanceFor(corners, 0, opening * half.x),
+        DistanceFor(corners, 1, opening * half.y), NearestOf(corners) + radius * MinDistance});
+    _panX = MiddleOf(corners, 0, distance);
+    _panY = MiddleOf(corners, 1, distance);
+    _zoom = radius / std::sin(HalfAngle) / distance;
 }
 
 void Camera::Look(double p_azimuth, double p_elevation) {

@@ -30,10 +30,10 @@ public:
     /// One dispatcher serves all context roots.
     boost::shared_ptr<Render::EventDispatcher> DispatcherOf(Core::WeakPtr<Render::Vis> const& p_node) override;
     void ReportException(std::string const& p_text, std::string const& p_location) override;
-    void ReportWarning(Render::Vis const& p_node, std::string const& p_text, std::string const& p_location,
-        int p_level) override;
-    void DispatchEvent(Core::WeakPtr<Model::ModelNode> const& p_node,
-        std::shared_ptr<Model::Events::Event const> p_event) override;
+    void ReportWarning(
+        Render::Vis const& p_node, std::string const& p_text, std::string const& p_location, int p_level) override;
+    void DispatchEvent(
+        Core::WeakPtr<Model::ModelNode> const& p_node, std::shared_ptr<Model::Events::Event const> p_event) override;
     void RequestRedraw(int p_milliseconds) override;
     void RequestUpdate() override;
 

@@ -60,7 +60,8 @@ void SetUpLight(Ogl::Agl& p_agl, Ogl::Token p_name, Model::Light const& p_light)
     p_agl.Light(p_name, AGL_POSITION,
         isDirectional ? Types::Vector4_Base<double>(-p_light.Direction(), 0)
                       : Types::Vector4_Base<double>(p_light.Position(), 1));
-    Types::Vector3_Base<double> const fading = isDirectional ? Types::Vector3_Base<double>(1, 0, 0) : p_light.Attenuation();
+    Types::Vector3_Base<double> const fading =
+        isDirectional ? Types::Vector3_Base<double>(1, 0, 0) : p_light.Attenuation();
     p_agl.Light(p_name, AGL_CONSTANT_ATTENUATION, static_cast<float>(fading.x));
     p_agl.Light(p_name, AGL_LINEAR_ATTENUATION, static_cast<float>(fading.y));
     p_agl.Light(p_name, AGL_QUADRATIC_ATTENUATION, static_cast<float>(fading.z));

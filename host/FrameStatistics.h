@@ -21,18 +21,18 @@ struct FrameStatistics {
 
     struct Pass {
         std::uint32_t visited = 0; ///< nodes entered, those that were pruned at once included
-        std::uint32_t drawn = 0;   ///< nodes whose hook of the pass was called
+        std::uint32_t drawn = 0; ///< nodes whose hook of the pass was called
         double milliseconds = 0;
     };
 
     std::uint32_t frame = 0; ///< number of the frame, from 1 on
-    unsigned visited = 0;    ///< nodes that the update reached
-    unsigned updated = 0;    ///< update hooks that it called
+    unsigned visited = 0; ///< nodes that the update reached
+    unsigned updated = 0; ///< update hooks that it called
     double updateMilliseconds = 0;
     double pathMilliseconds = 0;
     std::array<Pass, PassCount> passes;
     double finishMilliseconds = 0; ///< handing what was recorded to the device, and clean-up
-    Ogl::Statistics graphics;      ///< of the drawing
+    Ogl::Statistics graphics; ///< of the drawing
 
     /// The sum over the passes.
     std::uint32_t Drawn() const noexcept {

@@ -13,9 +13,7 @@ namespace Qor::Chart::Host {
 class Importer::Builder {
 public:
     explicit Builder(Library::MeshFile const& p_file)
-        : _file(p_file)
-        , _symbols(p_file.Meshes().size())
-        , _groups(p_file.Nodes().size()) {}
+        : _file(p_file), _symbols(p_file.Meshes().size()), _groups(p_file.Nodes().size()) {}
 
     Result Build() {
         _result.root = MakeGroup(_file.Path().filename());
@@ -101,12 +99,11 @@ private:
 
     Library::MeshFile const& _file;
     std::vector<Core::Ptr<Model::Symbol>> _symbols; ///< by mesh, made when first used
-    std::vector<Core::Ptr<Model::Group>> _groups;   ///< by node; empty where the node became an object
+    std::vector<Core::Ptr<Model::Group>> _groups; ///< by node; empty where the node became an object
     Result _result;
 };
 
-Importer::Importer(Library::SymbolRegistry const& p_symbols)
-    : _symbols(p_symbols) {}
+Importer::Importer(Library::SymbolRegistry const& p_symbols) : _symbols(p_symbols) {}
 
 Importer::~Importer() = default;
 

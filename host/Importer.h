@@ -36,13 +36,13 @@ public:
 
     /// What was made of one file.
     struct Result {
-        Core::Ptr<Model::Group> root;  ///< named after the file
-        std::size_t groups = 0;        ///< the root included
+        Core::Ptr<Model::Group> root; ///< named after the file
+        std::size_t groups = 0; ///< the root included
         std::size_t objects = 0;
-        std::size_t triangles = 0;     ///< of all objects together
+        std::size_t triangles = 0; ///< of all objects together
         std::size_t lines = 0;
         std::size_t points = 0;
-        std::size_t dropped = 0;       ///< primitives and objects left out because they hold numbers that cannot be drawn
+        std::size_t dropped = 0; ///< primitives and objects left out because they hold numbers that cannot be drawn
     };
 
     /// The registry of the scene that the trees are made for; it must outlive the importer.

@@ -33,8 +33,7 @@ void CheckSize(Types::Size const& p_size) {
 
 } // namespace
 
-Offscreen::Offscreen(Types::Size const& p_size, int p_samples, Device p_device)
-    : _size(p_size) {
+Offscreen::Offscreen(Types::Size const& p_size, int p_samples, Device p_device) : _size(p_size) {
     CheckSize(p_size);
     std::unique_ptr<Ogl::Backend> backend;
     if (p_device == Device::OpenGl) {

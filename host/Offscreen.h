@@ -36,7 +36,7 @@ public:
 
     /// What carries out the drawing.
     enum class Device {
-        OpenGl,   ///< OpenGL through EGL
+        OpenGl, ///< OpenGL through EGL
         Recorder, ///< nothing: what would be drawn is only counted, and pictures are null; needs no OpenGL
     };
 
@@ -78,7 +78,7 @@ private:
     void UpdateAll();
 
     Types::Size _size;
-    std::unique_ptr<Ogl::Context> _context;        ///< null for the recorder, as the target
+    std::unique_ptr<Ogl::Context> _context; ///< null for the recorder, as the target
     std::unique_ptr<Ogl::OffscreenTarget> _target;
     std::unique_ptr<Scene> _scene;
     std::unique_ptr<FrameDriver> _driver;

@@ -25,8 +25,8 @@ public:
     /// Whether both are known and a value goes from one to the other by a factor and an offset. Logarithmic units and
     /// reciprocal ones (seconds and hertz) don't.
     bool AreConvertable(std::wstring const& p_source, std::wstring const& p_dest) const override;
-    void GetConversionFactors(std::wstring const& p_source, std::wstring const& p_dest, double& p_factor,
-        double& p_offset) const override;
+    void GetConversionFactors(
+        std::wstring const& p_source, std::wstring const& p_dest, double& p_factor, double& p_offset) const override;
 
     /// The unit chosen for the quantity, if values in p_unit can be shown in it; else the SI unit of what p_unit measures;
     /// else p_unit itself.

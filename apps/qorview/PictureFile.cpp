@@ -28,7 +28,8 @@ std::string Reason(int p_error) {
 /// Takes the temporary file away again unless it got its place.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(std::string p_path) : _path(std::move(p_path)), _file(mkstemp(_path.data())), _error(errno) {}
+    explicit TemporaryFile(std::string p_path)
+        : _path(std::move(p_path)), _file(mkstemp(_path.data())), _error(errno) {}
     ~TemporaryFile() {
         if (_file >= 0) {
             Close();
@@ -68,8 +69,7 @@ mode_t RightsOf(std::string const& p_path) {
 
 } // namespace
 
-PictureFile::PictureFile(std::string p_path)
-    : _path(std::move(p_path)) {
+PictureFile::PictureFile(std::string p_path) : _path(std::move(p_path)) {
     std::error_code error;
     fs::path const target = fs::weakly_canonical(fs::absolute(_path, error), error);
     _target = error ? _path : target.string();

@@ -21,7 +21,7 @@ private:
     void WriteBytes(int p_file, char const* p_bytes, std::size_t p_count) const;
     [[noreturn]] void Fail(std::string const& p_why) const;
 
-    std::string _path;   ///< as the user wrote it
+    std::string _path; ///< as the user wrote it
     std::string _target; ///< with links followed
 };
 

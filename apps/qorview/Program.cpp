@@ -32,7 +32,7 @@ int Program::Main(int p_argc, char const* const* p_argv) noexcept {
         if (std::optional<Options> options = Options::Parse(p_argc, p_argv))
             Program(std::move(*options)).Run();
         if (!std::cout.flush())
-            return Complain(Failure, "Standard output cannot be written to; is the disk full?");
+            return Complain(Failure, "Standard output cannot be written to; give it a place that has room.");
         return Success;
     } catch (UsageError const& error) {
         return Complain(Misuse, error.what());
@@ -43,8 +43,7 @@ int Program::Main(int p_argc, char const* const* p_argv) noexcept {
     }
 }
 
-Program::Program(Options p_options)
-    : _options(std::move(p_options)) {}
+Program::Program(Options p_options) : _options(std::move(p_options)) {}
 
 void Program::Run() {
     std::optional<PictureFile> picture;

@@ -8,9 +8,7 @@
 
 namespace Qor::Chart::QorView {
 
-ProgressLine::ProgressLine(std::string p_work)
-    : _work(std::move(p_work))
-    , _isTerminal(isatty(STDERR_FILENO) == 1) {}
+ProgressLine::ProgressLine(std::string p_work) : _work(std::move(p_work)), _isTerminal(isatty(STDERR_FILENO) == 1) {}
 
 ProgressLine::~ProgressLine() {
     if (_shown >= 0)

@@ -26,8 +26,8 @@ struct Summary {
 
     std::vector<File> files;
     std::vector<Host::FrameStatistics> frames; ///< at least one
-    std::size_t nodes = 0;                     ///< of the visual tree
-    std::uint64_t reports = 0;                 ///< errors and warnings of nodes
+    std::size_t nodes = 0; ///< of the visual tree
+    std::uint64_t reports = 0; ///< errors and warnings of nodes
     std::string device;
     Types::Size size;
     std::string picture; ///< empty when none was written

@@ -1,6 +1,6 @@
 // Coin 4: root SoSeparator > 100 SoSeparator > SoSeparator { SoMatrixTransform, SoBaseColor, shared SoIndexedFaceSet }.
-#include "common.h"
-#include "eglctx.h"
+#include "bench/peers/common.h"
+#include "bench/peers/eglctx.h"
 #include <GL/gl.h>
 #include <Inventor/SoDB.h>
 #include <Inventor/SoFullPath.h>

@@ -1,6 +1,6 @@
 // OpenSceneGraph 3.6: root Group > 100 Group > MatrixTransform (StateSet with Material) > one shared Geometry.
-#include "common.h"
-#include "eglctx.h"
+#include "bench/peers/common.h"
+#include "bench/peers/eglctx.h"
 #include <osg/ComputeBoundsVisitor>
 #include <osg/Geometry>
 #include <osg/KdTree>

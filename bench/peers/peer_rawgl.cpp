@@ -1,8 +1,8 @@
 // Lower bounds: the same scene drawn and picked with bare OpenGL calls over a flat array (no scene graph),
 // and plain CPU ray tests over flat arrays.
 #define GL_GLEXT_PROTOTYPES
-#include "common.h"
-#include "eglctx.h"
+#include "bench/peers/common.h"
+#include "bench/peers/eglctx.h"
 #include <GL/gl.h>
 #include <GL/glext.h>
 using namespace peer;

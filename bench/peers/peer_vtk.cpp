@@ -1,6 +1,6 @@
 // VTK 9.1: one shared vtkPolyDataMapper; "tree" = root vtkAssembly > 100 vtkAssembly > vtkActor,
 // "flat" = all actors directly in the renderer (how VTK is mostly used).
-#include "common.h"
+#include "bench/peers/common.h"
 #include <vtkActor.h>
 #include <vtkAreaPicker.h>
 #include <vtkAssembly.h>

@@ -1,6 +1,5 @@
 #include "framework/ogl/Agl.h"
 
-#include "framework/utility/Ensure.h"
 #include "framework/utility/Logger.h"
 
 #include <algorithm>
@@ -85,7 +84,7 @@ Agl::Agl(std::unique_ptr<Backend> p_backend)
     for (std::vector<Types::Matrix4>& stack : _textureMatrices) {
         stack.resize(1);
     }
-    _key.version.fill(NoVersion);
+    _key.version.fill(StateKey::NoVersion);
 }
 
 Agl::~Agl() = default;
@@ -125,7 +124,7 @@ void Agl::Flush() {
     ++_statistics.flushes;
     _backend->Execute(_list, _statistics);
     _list.Clear();
-    _key.version.fill(NoVersion);
+    _key.version.fill(StateKey::NoVersion);
     _keyIsNew = true;
     _dirty = AllItems;
 }

@@ -145,6 +145,7 @@ public:
     void Disable(Token p_capability);
     bool IsEnabled(Token p_capability) const;
 
+    /// Nothing is drawn until a viewport is set.
     void Viewport(Types::Viewport<0> const& p_viewport);
     void DepthRange(double p_near, double p_far);
     void ClearColor(Types::Color4f const& p_color);
@@ -268,7 +269,6 @@ public:
 
 private:
     static constexpr double PixelOffset = 0.375;
-    static constexpr std::uint32_t NoVersion = 0xFFFFFFFF;
 
     /// One PushAttrib: which groups it covers, which of them were written since and are saved, and which groups were still
     /// to be saved by the frames below when it was pushed.

@@ -332,11 +332,11 @@ void Agl::ResolveState(StateMask p_unused) {
     for (; dirty != 0; dirty &= dirty - 1) {
         auto const item = static_cast<std::size_t>(std::countr_zero(dirty));
         std::uint32_t& version = _key.version[item];
-        if ((p_unused & StateBit(item)) != 0 && version != NoVersion) {
+        if ((p_unused & StateBit(item)) != 0 && version != StateKey::NoVersion) {
             skipped |= StateBit(item);
             continue;
         }
-        bool const isSame = version != NoVersion &&
+        bool const isSame = version != StateKey::NoVersion &&
             std::memcmp(_list.Version(item, version), _state.Item(item), State::ItemSize(item)) == 0;
         if (!isSame) {
             version = _list.AddVersion(item, _state);

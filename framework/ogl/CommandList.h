@@ -53,6 +53,9 @@ struct Command {
 
 /// Which version of each group is in force. Equal numbers mean equal groups.
 struct StateKey {
+    /// The version of a group that no command of the list depends on.
+    static constexpr std::uint32_t NoVersion = 0xFFFFFFFF;
+
     std::array<std::uint32_t, StateItem::Count> version{};
     EnableBit::Type enables = 0;
 };

@@ -13,9 +13,15 @@ namespace {
 
 using IdentityFunction = void* (*)();
 
-/// The window system's way to ask for the current context, if some part of the program has loaded it.
+/// The current context of the X window system, whose library is asked only if some part of the program has loaded it.
 void const* CurrentGlxContext() {
-    auto const function = reinterpret_cast<IdentityFunction>(dlsym(RTLD_DEFAULT, "glXGetCurrentContext"));
+    static IdentityFunction function = nullptr;
+    for (char const* const library : {"libGLX.so.0", "libGL.so.1"}) {
+        void* const handle = function == nullptr ? dlopen(library, RTLD_LAZY | RTLD_NOLOAD) : nullptr;
+        if (handle != nullptr) {
+            function = reinterpret_cast<IdentityFunction>(dlsym(handle, "glXGetCurrentContext"));
+        }
+    }
     return function == nullptr ? nullptr : function();
 }
 

@@ -253,7 +253,7 @@ void GlDevice::BindArray(GLuint p_vertexArray) {
     }
 }
 
-void GlDevice::SendInstances(std::vector<Instance> const& p_instances) {
+void GlDevice::SendInstances(std::vector<Instance> const& p_instances) const {
     glBindBuffer(GL_ARRAY_BUFFER, _instances);
     glBufferData(GL_ARRAY_BUFFER, SizeOf(p_instances), p_instances.data(), GL_STREAM_DRAW);
 }
@@ -266,7 +266,7 @@ void GlDevice::SendImmediate(
     glBufferData(GL_ELEMENT_ARRAY_BUFFER, SizeOf(p_indices), p_indices.data(), GL_STREAM_DRAW);
 }
 
-void GlDevice::SendUniforms(std::vector<std::byte> const& p_bytes) {
+void GlDevice::SendUniforms(std::vector<std::byte> const& p_bytes) const {
     glBindBuffer(GL_UNIFORM_BUFFER, _uniforms);
     glBufferData(GL_UNIFORM_BUFFER, SizeOf(p_bytes), p_bytes.data(), GL_STREAM_DRAW);
 }

@@ -45,15 +45,16 @@ public:
     /// The shape with its indices for the pipeline; p_bytes grows by what had to be sent.
     GlShape& Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, std::uint64_t& p_bytes);
     GLuint TextureName(Texture const& p_texture, std::uint64_t& p_bytes);
+    bool HasProgramOf(Shader const& p_shader) const { return _programs.Knows(p_shader.Id()); }
     GlProgram const& Program(
         Shader const& p_shader, ProgramVariant const& p_variant, std::vector<std::string>& p_errors);
 
     /// Forgets which vertex array is bound: to be called when others may have bound one.
     void BeginDrawing();
     /// Sends what changes from flush to flush.
-    void SendInstances(std::vector<Instance> const& p_instances);
+    void SendInstances(std::vector<Instance> const& p_instances) const;
     void SendImmediate(std::vector<ImmediateVertex> const& p_vertices, std::vector<std::uint32_t> const& p_indices);
-    void SendUniforms(std::vector<std::byte> const& p_bytes);
+    void SendUniforms(std::vector<std::byte> const& p_bytes) const;
     /// Draw instances of a shape and immediate vertices with the program and the state in force. The shape must have been
     /// asked for with that pipeline.
     void DrawShape(GlShape& p_shape, Pipeline p_pipeline, std::uint32_t p_firstInstance, std::uint32_t p_instances);

@@ -104,6 +104,7 @@ vec4 Lit(vec4 eye, vec3 normal, Material material) {
     vec3 point = eye.w != 0.0 ? eye.xyz / eye.w : eye.xyz;
     vec3 sum = material.emission.rgb + sceneAmbient.rgb * material.ambient.rgb;
     for (int i = 0; i < 8; ++i) {
+        if ((lightMask >> i) == 0) { break; }
         if ((lightMask & (1 << i)) == 0) { continue; }
         LightSource light = lights[i];
         vec3 toLight = light.position.xyz;

@@ -159,7 +159,7 @@ QImage OffscreenTarget::Read() {
         glBindFramebuffer(GL_READ_FRAMEBUFFER, _impl->resolved.target);
     }
     QImage image(_impl->width, _impl->height, QImage::Format_RGBA8888);
-    GLint packBuffer = Limit(GL_PIXEL_PACK_BUFFER_BINDING);
+    GLint const packBuffer = Limit(GL_PIXEL_PACK_BUFFER_BINDING);
     GLint const alignment = Limit(GL_PACK_ALIGNMENT);
     glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
     glPixelStorei(GL_PACK_ALIGNMENT, 4);

@@ -33,7 +33,7 @@ public:
         StateKey const& next = _list.states[p_index];
         StateMask changed = 0;
         for (std::size_t item = 0; item < StateItem::Count; ++item) {
-            bool const isUsed = next.version[item] != Unused;
+            bool const isUsed = next.version[item] != StateKey::NoVersion;
             if (isUsed && (!_started || next.version[item] != _key.version[item])) {
                 std::memcpy(_state.Item(item), _list.Version(item, next.version[item]), State::ItemSize(item));
                 changed |= StateBit(item);
@@ -49,8 +49,6 @@ public:
     EnableBit::Type ChangedEnables() const { return _changedEnables; }
 
 private:
-    static constexpr std::uint32_t Unused = 0xFFFFFFFF;
-
     CommandList const& _list;
     State _state;
     StateKey _key;
@@ -469,11 +467,8 @@ void OpenGlBackend::Impl::Draw(Command const& p_command, Statistics& p_statistic
 }
 
 void OpenGlBackend::Impl::Prepare(Shader const& p_shader) {
-    if (_device != nullptr && !_inFrame && Context::CurrentIdentity() != _identity) {
-        _device = nullptr;
-    }
     bool const isUsable = _inFrame ? _device != nullptr && Context::CurrentIdentity() == _identity : Activate(false);
-    if (!isUsable) {
+    if (!isUsable || _device->HasProgramOf(p_shader)) {
         return;
     }
     GLint program = 0;
@@ -528,7 +523,7 @@ QImage OpenGlBackend::Impl::ReadResolved(PixelRectangle const& p_rectangle) {
     glBlitFramebuffer(p_rectangle.x, p_rectangle.y, right, top, p_rectangle.x, p_rectangle.y, right, top,
         GL_COLOR_BUFFER_BIT, GL_NEAREST);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, target);
-    QImage const image = Read(p_rectangle);
+    QImage image = Read(p_rectangle);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, static_cast<GLuint>(drawTarget));
     glBindFramebuffer(GL_READ_FRAMEBUFFER, static_cast<GLuint>(readTarget));
     glBindRenderbuffer(GL_RENDERBUFFER, static_cast<GLuint>(previous));

@@ -5,8 +5,7 @@
 namespace Qor::Chart::Render {
 
 TimedCompletionCriteria::TimedCompletionCriteria(unsigned p_milliseconds, unsigned p_steps)
-    : _duration(p_milliseconds)
-    , _steps(p_steps) {}
+    : _duration(p_milliseconds), _steps(p_steps) {}
 
 unsigned TimedCompletionCriteria::Step() const {
     auto const elapsed = static_cast<double>(_timer.elapsed());

@@ -14,9 +14,7 @@ namespace Qor::Chart::Render {
 
 struct AutoDiscontinuity::Pending {
     Pending(boost::shared_ptr<EventDispatcher> p_dispatcher, DrawContext const& p_source, ContextRootStack* p_roots)
-        : dispatcher(std::move(p_dispatcher))
-        , context(p_source, *dispatcher)
-        , roots(p_roots) {}
+        : dispatcher(std::move(p_dispatcher)), context(p_source, *dispatcher), roots(p_roots) {}
     ~Pending() {
         if (roots)
             roots->pop();
@@ -70,8 +68,8 @@ void AutoDiscontinuity::TransferOwnershipFrom(AutoDiscontinuity& p_other) {
     _pending.reset();
     if (!p_other._pending)
         return;
-    _pending = std::make_unique<Pending>(p_other._pending->dispatcher, p_other._pending->context,
-        std::exchange(p_other._pending->roots, nullptr));
+    _pending = std::make_unique<Pending>(
+        p_other._pending->dispatcher, p_other._pending->context, std::exchange(p_other._pending->roots, nullptr));
     p_other._pending.reset();
 }
 

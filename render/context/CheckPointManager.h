@@ -87,7 +87,7 @@ private:
     void RegisterEntry(std::size_t p_id, ICheckPointEntry* p_entry) {
         if (!QOR_ENSURE_TEXT(p_id < EntryCount, "p_id < EntryCount && p_id >= 0"))
             return;
-        (void)QOR_ENSURE(_entries[p_id] == 0);
+        (void)QOR_ENSURE_TEXT(!_entries[p_id], "_entries[p_id] == 0");
         _entries[p_id] = p_entry;
     }
 
@@ -110,8 +110,8 @@ private:
     }
 
     std::array<ICheckPointEntry*, N> _entries{};
-    Bits _current;            ///< stacks written since the innermost check point was opened
-    Bits _pending;            ///< stacks that a check point being closed has still to restore
+    Bits _current; ///< stacks written since the innermost check point was opened
+    Bits _pending; ///< stacks that a check point being closed has still to restore
     std::vector<Bits> _outer; ///< the same as _current for the check points outside of it, outermost first
 };
 

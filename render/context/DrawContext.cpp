@@ -58,8 +58,8 @@ DrawContext::ProjectionStack::ApplyFunction ProjectionLoader(Handle p_agl) {
 
 DrawContext::GenericShaderEntry MakeShaderEntry(
     std::shared_ptr<Assets::ShaderText const> const& p_text, std::bitset<2> const& p_options) {
-    auto const source = p_text ? Ogl::ShaderSource(p_text->name, p_text->vertex, p_text->fragment)
-                               : Ogl::ShaderSource::Generic();
+    auto const source =
+        p_text ? Ogl::ShaderSource(p_text->name, p_text->vertex, p_text->fragment) : Ogl::ShaderSource::Generic();
     auto const factory = [source](Agl& p_agl, Ogl::GenericShader::State const& p_state) {
         return p_agl->GenGenericShader(source, p_state);
     };
@@ -93,11 +93,10 @@ DrawContext::GenericShaderEntry ShaderEntryFor(
 } // namespace
 
 DrawContext::DrawContext(Utility::Unscoped<Ogl::Agl> p_agl, Assets::Resource const& p_resource,
-                         Assets::ImageCache const& p_imageCache, EventDispatcher& p_dispatcher,
-                         Types::Schema const& p_schema, Types::NiceIntervals::NumberFormat const& p_numberFormat,
-                         Library::Geometry const& p_geometry, DrawMode p_mode, std::bitset<2> const& p_shaderOptions,
-                         Core::Verbosity p_verbosity, SceneCapabilities const& p_capabilities,
-                         boost::shared_ptr<Ogl::Highlight> const& p_highlighter)
+    Assets::ImageCache const& p_imageCache, EventDispatcher& p_dispatcher, Types::Schema const& p_schema,
+    Types::NiceIntervals::NumberFormat const& p_numberFormat, Library::Geometry const& p_geometry, DrawMode p_mode,
+    std::bitset<2> const& p_shaderOptions, Core::Verbosity p_verbosity, SceneCapabilities const& p_capabilities,
+    boost::shared_ptr<Ogl::Highlight> const& p_highlighter)
     : _viewport(*this, Types::Viewport<0>(), ViewportRestorer(p_agl))
     , _modelView(*this, Types::Matrix4(), ModelViewLoader(p_agl))
     , _camera(*this, Types::Matrix4())
@@ -161,13 +160,11 @@ DrawContext::DrawContext(DrawContext const& p_other)
     , _showBounds(p_other._showBounds)
     , _verbosity(p_other._verbosity) {}
 
-DrawContext::DrawContext(DrawContext const& p_other, EventDispatcher& p_dispatcher)
-    : DrawContext(p_other) {
+DrawContext::DrawContext(DrawContext const& p_other, EventDispatcher& p_dispatcher) : DrawContext(p_other) {
     _dispatcher = &p_dispatcher;
 }
 
-DrawContext::DrawContext(DrawContext const& p_other, DrawInfo const& p_info)
-    : DrawContext(p_other) {
+DrawContext::DrawContext(DrawContext const& p_other, DrawInfo const& p_info) : DrawContext(p_other) {
     _mode = p_info.mode;
     _flags = p_info.flags;
 }

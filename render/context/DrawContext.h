@@ -98,10 +98,10 @@ public:
     /// The root context of a frame.
     /// @param p_shaderOptions  options of the shader of the scene, see `Ogl::GenericShader::State`
     DrawContext(Utility::Unscoped<Ogl::Agl> p_agl, Assets::Resource const& p_resource,
-                Assets::ImageCache const& p_imageCache, EventDispatcher& p_dispatcher, Types::Schema const& p_schema,
-                Types::NiceIntervals::NumberFormat const& p_numberFormat, Library::Geometry const& p_geometry,
-                DrawMode p_mode, std::bitset<2> const& p_shaderOptions, Core::Verbosity p_verbosity,
-                SceneCapabilities const& p_capabilities, boost::shared_ptr<Ogl::Highlight> const& p_highlighter);
+        Assets::ImageCache const& p_imageCache, EventDispatcher& p_dispatcher, Types::Schema const& p_schema,
+        Types::NiceIntervals::NumberFormat const& p_numberFormat, Library::Geometry const& p_geometry, DrawMode p_mode,
+        std::bitset<2> const& p_shaderOptions, Core::Verbosity p_verbosity, SceneCapabilities const& p_capabilities,
+        boost::shared_ptr<Ogl::Highlight> const& p_highlighter);
     DrawContext(DrawContext const& p_other);
     /// A copy for the subtree of a context root.
     DrawContext(DrawContext const& p_other, EventDispatcher& p_dispatcher);

@@ -40,12 +40,12 @@ public:
 
     /// Takes a warning about a node.
     /// @param p_level  1 is worth knowing, 2 needs the user: the node stays out of the picture until it is changed
-    virtual void ReportWarning(Vis const& p_node, std::string const& p_text, std::string const& p_location,
-                               int p_level) = 0;
+    virtual void ReportWarning(
+        Vis const& p_node, std::string const& p_text, std::string const& p_location, int p_level) = 0;
 
     /// Passes an event on to those who listen to a model node, after the traversal that is under way.
-    virtual void DispatchEvent(Core::WeakPtr<Model::ModelNode> const& p_node,
-                               std::shared_ptr<Model::Events::Event const> p_event) = 0;
+    virtual void DispatchEvent(
+        Core::WeakPtr<Model::ModelNode> const& p_node, std::shared_ptr<Model::Events::Event const> p_event) = 0;
 
     /// Asks for another frame. Requests that fall together make one frame.
     /// @param p_milliseconds  how long it may take until then; 0 means with the next frame

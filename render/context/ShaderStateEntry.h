@@ -50,8 +50,7 @@ public:
 
 private:
     struct ShaderParams {
-        explicit ShaderParams(State p_state)
-            : state(std::move(p_state)) {}
+        explicit ShaderParams(State p_state) : state(std::move(p_state)) {}
 
         State state;
         std::shared_ptr<Ogl::Shader const> shader;

@@ -9,12 +9,11 @@ namespace Qor::Chart::Render {
 Types::QuantityUnit const UpdateContext::CameraLengthUnit(L"Length", L"m");
 
 UpdateContext::UpdateContext(Utility::Unscoped<Ogl::Agl> p_agl, Assets::Resource const& p_resource,
-                             Assets::ImageCache& p_imageCache, Types::Schema const& p_schema,
-                             Types::NiceIntervals::NumberFormat const& p_numberFormat, Render::Registrar& p_registrar,
-                             Library::Geometry const& p_geometry, Library::SymbolRegistry const& p_symbolRegistry,
-                             Render::Generator const& p_generator, EventDispatcher& p_dispatcher,
-                             Core::Ptr<UnitSystemConverter> p_units, Core::Verbosity p_verbosity,
-                             SceneCapabilities const& p_capabilities)
+    Assets::ImageCache& p_imageCache, Types::Schema const& p_schema,
+    Types::NiceIntervals::NumberFormat const& p_numberFormat, Render::Registrar& p_registrar,
+    Library::Geometry const& p_geometry, Library::SymbolRegistry const& p_symbolRegistry,
+    Render::Generator const& p_generator, EventDispatcher& p_dispatcher, Core::Ptr<UnitSystemConverter> p_units,
+    Core::Verbosity p_verbosity, SceneCapabilities const& p_capabilities)
     : _agl(p_agl)
     , _resource(p_resource)
     , _imageCache(p_imageCache)

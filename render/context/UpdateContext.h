@@ -53,12 +53,11 @@ public:
     static Types::QuantityUnit const CameraLengthUnit;
 
     UpdateContext(Utility::Unscoped<Ogl::Agl> p_agl, Assets::Resource const& p_resource,
-                  Assets::ImageCache& p_imageCache, Types::Schema const& p_schema,
-                  Types::NiceIntervals::NumberFormat const& p_numberFormat, Render::Registrar& p_registrar,
-                  Library::Geometry const& p_geometry, Library::SymbolRegistry const& p_symbolRegistry,
-                  Render::Generator const& p_generator, EventDispatcher& p_dispatcher,
-                  Core::Ptr<UnitSystemConverter> p_units, Core::Verbosity p_verbosity,
-                  SceneCapabilities const& p_capabilities);
+        Assets::ImageCache& p_imageCache, Types::Schema const& p_schema,
+        Types::NiceIntervals::NumberFormat const& p_numberFormat, Render::Registrar& p_registrar,
+        Library::Geometry const& p_geometry, Library::SymbolRegistry const& p_symbolRegistry,
+        Render::Generator const& p_generator, EventDispatcher& p_dispatcher, Core::Ptr<UnitSystemConverter> p_units,
+        Core::Verbosity p_verbosity, SceneCapabilities const& p_capabilities);
     UpdateContext(UpdateContext const& p_other);
     UpdateContext& operator=(UpdateContext const&) = delete;
     ~UpdateContext();

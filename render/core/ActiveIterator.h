@@ -10,7 +10,7 @@ namespace Qor::Chart::Render {
 
 class Vis;
 
-/// Runs over the children of a visual node that are active, valid and not pending.
+/// Runs over the children of a visual node that are active, valid and not pending. To use it, include `Vis.h`.
 class QOR_VIS_API ActiveIterator {
 public:
     using Position = Core::NodeList<Vis>::Iterator;
@@ -54,5 +54,3 @@ private:
 };
 
 } // namespace Qor::Chart::Render
-
-#include "render/core/Vis.h" // IWYU pragma: keep

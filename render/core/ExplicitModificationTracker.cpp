@@ -54,9 +54,8 @@ private:
             auto const found = _positions.find(p_match.node);
             return found == _positions.end() ? _records.size() : found->second;
         }
-        auto const found = std::ranges::find_if(_records, [&](Record const& p_record) {
-            return MatchRecord(p_record, p_match);
-        });
+        auto const found =
+            std::ranges::find_if(_records, [&](Record const& p_record) { return MatchRecord(p_record, p_match); });
         return static_cast<std::size_t>(found - _records.begin());
     }
 
@@ -80,8 +79,8 @@ private:
     std::size_t _cancelled = 0;
 };
 
-ExplicitModificationTracker::RecordIterator::RecordIterator(Record const* p_at, Record const* p_end,
-                                                            IModifiable::Change p_change) noexcept
+ExplicitModificationTracker::RecordIterator::RecordIterator(
+    Record const* p_at, Record const* p_end, IModifiable::Change p_change) noexcept
     : _at(p_at), _end(p_end), _change(p_change) {
     SkipOthers();
 }
@@ -99,8 +98,8 @@ ExplicitModificationTracker::RecordIterator ExplicitModificationTracker::RecordI
 }
 
 void ExplicitModificationTracker::RecordIterator::SkipOthers() noexcept {
-    while (_at != _end &&
-           (_at->node.IsEmpty() || _at->type != IModifiable::ModifiableTypeNode || _at->change != _change))
+    while (
+        _at != _end && (_at->node.IsEmpty() || _at->type != IModifiable::ModifiableTypeNode || _at->change != _change))
         ++_at;
 }
 
@@ -128,8 +127,7 @@ void ExplicitModificationTracker::Reset() {
 }
 
 void ExplicitModificationTracker::Insert(IModifiable::ModifiableType p_type, IModifiable::Change p_change,
-                                         IModifiable::Relationship p_relationship, std::string const& p_name,
-                                         boost::any const& p_data) {
+    IModifiable::Relationship p_relationship, std::string const& p_name, boost::any const& p_data) {
     using NodeList = Core::NodeHandles;
     if (p_relationship == IModifiable::RelationshipDirect && p_type == IModifiable::ModifiableTypeNode) {
         if (p_change == IModifiable::ChangeAdd || p_change == IModifiable::ChangeRemove) {
@@ -158,8 +156,8 @@ void ExplicitModificationTracker::Insert(IModifiable::ModifiableType p_type, IMo
     _seen = {};
 }
 
-void ExplicitModificationTracker::InsertNodeChange(IModifiable::Change p_change, IModifiable::Relationship,
-                                                   std::string const&, WeakPtr<Node> const& p_node) {
+void ExplicitModificationTracker::InsertNodeChange(
+    IModifiable::Change p_change, IModifiable::Relationship, std::string const&, WeakPtr<Node> const& p_node) {
     if (!QOR_ENSURE(p_node != WeakPtr<Node>()) ||
         !QOR_ENSURE(p_change == IModifiable::ChangeAdd || p_change == IModifiable::ChangeRemove))
         return;
@@ -185,18 +183,17 @@ bool ExplicitModificationTracker::MatchRecord(Record const& p_left, Record const
 bool ExplicitModificationTracker::ExplicitModified() const {
     if (!Modified())
         return false;
-    return _explicitChange ||
-           (_watchers && std::ranges::any_of(*_watchers, &Core::ModificationWatcher::Modified)) ||
-           std::ranges::any_of(_watcherLists, &Core::ModificationWatcherList::Modified);
+    return _explicitChange || (_watchers && std::ranges::any_of(*_watchers, &Core::ModificationWatcher::Modified)) ||
+        std::ranges::any_of(_watcherLists, &Core::ModificationWatcherList::Modified);
 }
 
-ExplicitModificationTracker::RecordIterator
-ExplicitModificationTracker::Begin(IModifiable::Change p_change) const noexcept {
+ExplicitModificationTracker::RecordIterator ExplicitModificationTracker::Begin(
+    IModifiable::Change p_change) const noexcept {
     return _records ? RecordIterator(_records->Begin(), _records->End(), p_change) : RecordIterator();
 }
 
-ExplicitModificationTracker::RecordIterator
-ExplicitModificationTracker::End(IModifiable::Change p_change) const noexcept {
+ExplicitModificationTracker::RecordIterator ExplicitModificationTracker::End(
+    IModifiable::Change p_change) const noexcept {
     return _records ? RecordIterator(_records->End(), _records->End(), p_change) : RecordIterator();
 }
 

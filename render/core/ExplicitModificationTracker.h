@@ -29,7 +29,7 @@ public:
         IModifiable::ModifiableType type;
         IModifiable::Change change;
         Core::WeakPtr<Core::Node> node; ///< empty in a record that was cancelled
-        bool isModelNode;               ///< false where a visual node came or left further down
+        bool isModelNode; ///< false where a visual node came or left further down
     };
 
     /// Runs over the records of one change, in the order in which they were made. Stays usable until the next change is
@@ -72,7 +72,7 @@ public:
 
     /// Records one change that reached the node.
     void Insert(IModifiable::ModifiableType p_type, IModifiable::Change p_change,
-                IModifiable::Relationship p_relationship, std::string const& p_name, boost::any const& p_data);
+        IModifiable::Relationship p_relationship, std::string const& p_name, boost::any const& p_data);
 
     /// Records once more that a child came, without counting as a change: for a child that could not be taken up and is
     /// tried again when the node is next changed.
@@ -104,7 +104,7 @@ private:
     class Records;
 
     void InsertNodeChange(IModifiable::Change p_change, IModifiable::Relationship p_relationship,
-                          std::string const& p_name, Core::WeakPtr<Core::Node> const& p_node);
+        std::string const& p_name, Core::WeakPtr<Core::Node> const& p_node);
     static bool MatchRecord(Record const& p_left, Record const& p_right) noexcept;
     RecordIterator Begin(IModifiable::Change p_change) const noexcept;
     RecordIterator End(IModifiable::Change p_change) const noexcept;

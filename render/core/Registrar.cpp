@@ -28,9 +28,7 @@ using EntryMap = std::map<Key, Entry>;
 template <class Map, class Key>
 class EntryHandle {
 public:
-    EntryHandle(std::shared_ptr<Map> p_map, Key p_key)
-        : _map(std::move(p_map))
-        , _key(std::move(p_key)) {
+    EntryHandle(std::shared_ptr<Map> p_map, Key p_key) : _map(std::move(p_map)), _key(std::move(p_key)) {
         auto const it = _map->find(_key);
         if (!QOR_ENSURE(it != _map->end()))
             return;
@@ -88,8 +86,7 @@ struct Registrar::State {
     std::shared_ptr<EntryMap<Utility::TypeInfo>> typeMaps = std::make_shared<EntryMap<Utility::TypeInfo>>();
 };
 
-Registrar::Registrar()
-    : _state(std::make_unique<State>()) {}
+Registrar::Registrar() : _state(std::make_unique<State>()) {}
 
 Registrar::~Registrar() = default;
 

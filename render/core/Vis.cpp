@@ -29,7 +29,7 @@ constexpr std::array<int, LastPlainCallback + 1> TouchTypes = [] {
 
 bool IsUpdateHook(HandledCallbacks p_callback) noexcept {
     return p_callback == HandledPostUpdate || p_callback == HandledUpdateModel ||
-           p_callback == HandledRefreshUpdateContext;
+        p_callback == HandledRefreshUpdateContext;
 }
 
 /// A hook was called that its node registered but did not override.
@@ -42,16 +42,16 @@ bool IsUpdateHook(HandledCallbacks p_callback) noexcept {
 Vis::Vis() : Vis(0) {}
 
 Vis::Vis(int p_flags)
-    : _flags(static_cast<std::uint8_t>((p_flags & (VisFlagContextRoot | VisFlagSecond | VisFlagSelfManaged)) |
-                                       FlagValid)),
-      _tracker(*this) {
+    : _flags(
+          static_cast<std::uint8_t>((p_flags & (VisFlagContextRoot | VisFlagSecond | VisFlagSelfManaged)) | FlagValid))
+    , _tracker(*this) {
     _tracker.Touch();
 }
 
 Vis::~Vis() = default;
 
 void Vis::TouchThis(ModifiableType p_type, Change p_change, Relationship p_relationship,
-                    Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name, boost::any const& p_data) {
+    Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name, boost::any const& p_data) {
     if (!IsValid()) {
         Write(FlagValid, true);
         _tracker.Touch();
@@ -63,9 +63,9 @@ void Vis::TouchThis(ModifiableType p_type, Change p_change, Relationship p_relat
     }
     if (p_type == ModifiableTypeNode && p_change == ChangeAdd)
         _hasNewPaths = true;
-    bool const passesUnchanged =
-        IsEnabled() || (p_type == ModifiableTypeProperty && p_relationship == RelationshipDirect &&
-                        p_name == Model::ModelNode::EnabledPropertyName);
+    bool const passesUnchanged = IsEnabled() ||
+        (p_type == ModifiableTypeProperty && p_relationship == RelationshipDirect &&
+            p_name == Model::ModelNode::EnabledPropertyName);
     Node::TouchThis(p_type, p_change, passesUnchanged ? p_relationship : RelationshipFurther, p_node, p_name, p_data);
     _tracker.Insert(p_type, p_change, p_relationship, p_name, p_data);
 }

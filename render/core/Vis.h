@@ -62,7 +62,7 @@ public:
 
     enum Flags : int {
         VisFlagContextRoot = 1, ///< opens a context of its own for its subtree
-        VisFlagSecond = 2,      ///< kept for the node types; the traversals do not read it
+        VisFlagSecond = 2, ///< kept for the node types; the traversals do not read it
         VisFlagSelfManaged = 4, ///< makes its children itself, and lives on without its model node
     };
 
@@ -75,8 +75,7 @@ public:
     /// records the change. The dependents of a disabled node see it from further away, so that they do not take it for
     /// one of their own.
     void TouchThis(ModifiableType p_type, Change p_change, Relationship p_relationship,
-                   Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name,
-                   boost::any const& p_data) override;
+        Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name, boost::any const& p_data) override;
 
     void Dump(std::ostream& p_stream, Core::Verbosity p_verbosity, std::uint64_t p_depth) const override;
 
@@ -84,7 +83,9 @@ public:
     virtual Core::WeakPtr<Model::ModelNode> SourceModel() const = 0;
 
     /// Active, valid and not pending.
-    bool IsActive() const noexcept { return (_flags & (FlagActive | FlagValid | FlagPending)) == (FlagActive | FlagValid); }
+    bool IsActive() const noexcept {
+        return (_flags & (FlagActive | FlagValid | FlagPending)) == (FlagActive | FlagValid);
+    }
     bool IsValid() const noexcept { return Has(FlagValid); }
     bool IsPending() const noexcept { return Has(FlagPending); }
     /// A touch has arrived while the node was pending; the next complete update reports its completion.

@@ -31,21 +31,19 @@ public:
     /// Values of `key` that nodes know; a letter has the code of its capital.
     enum KeyCode : int {
         KeyOrthographic = 79, ///< O
-        KeyPerspective = 80,  ///< P
+        KeyPerspective = 80, ///< P
     };
 
     /// @param p_sink  takes what the handler asks for; it outlives the call
     /// @param p_hit   the record of the receiving node, null when it was not hit; it outlives the call
-    EventInformation(EventDispatcher& p_sink, HitRecord const* p_hit) noexcept
-        : _sink(p_sink)
-        , _hit(p_hit) {}
+    EventInformation(EventDispatcher& p_sink, HitRecord const* p_hit) noexcept : _sink(p_sink), _hit(p_hit) {}
 
-    Types::Pos position;         ///< of the pointer, in framebuffer pixels of the window, origin in the lower left corner
-    std::uint32_t button = 0;    ///< the button that the event is about; 0 is the primary one
-    std::uint32_t buttons = 0;   ///< all buttons that are down, see ButtonMask
+    Types::Pos position; ///< of the pointer, in framebuffer pixels of the window, origin in the lower left corner
+    std::uint32_t button = 0; ///< the button that the event is about; 0 is the primary one
+    std::uint32_t buttons = 0; ///< all buttons that are down, see ButtonMask
     std::uint32_t modifiers = 0; ///< see ModifierMask
-    int key = 0;                 ///< the key that the event is about; 0 for pointer events
-    double scroll = 0.0;         ///< notches of the wheel, away from the user is positive
+    int key = 0; ///< the key that the event is about; 0 for pointer events
+    double scroll = 0.0; ///< notches of the wheel, away from the user is positive
 
     /// The host, for requests to draw, to update or to pass an event on.
     EventDispatcher& Sink() const noexcept { return _sink; }

@@ -12,8 +12,7 @@ using ModelIterator = Core::NodeList<Model::ModelNode>::Iterator;
 namespace {
 
 [[gnu::noinline, gnu::cold]] void ReportMissingFactory(Model::ModelNode const& p_model) {
-    Utility::GetLogger().err("cerr") << "WARNING: Generator - Node: \"" << p_model.TypeName()
-                                     << "\" no factory found!";
+    Utility::GetLogger().err("cerr") << "WARNING: Generator - Node: \"" << p_model.TypeName() << "\" no factory found!";
 }
 
 } // namespace
@@ -33,7 +32,7 @@ Core::Ptr<Vis> Generator::operator()(Core::Ptr<Model::ModelNode> const& p_model)
 
 template <class ChildrenVisitor>
 bool Generator::GenerateBranch(Core::Ptr<Model::ModelNode> const& p_model, ChildrenVisitor const& p_visitChildren,
-                               std::vector<Core::Ptr<Vis>>& p_parents) const {
+    std::vector<Core::Ptr<Vis>>& p_parents) const {
     Core::Ptr<Vis> const vis = MakeNode(p_model, p_parents);
     if (!vis)
         return true;
@@ -45,8 +44,8 @@ bool Generator::GenerateBranch(Core::Ptr<Model::ModelNode> const& p_model, Child
 }
 
 /// Makes the visual node of one model node, hangs it under its parent and makes it the parent of what follows.
-Core::Ptr<Vis> Generator::MakeNode(Core::Ptr<Model::ModelNode> const& p_model,
-                                   std::vector<Core::Ptr<Vis>>& p_parents) const {
+Core::Ptr<Vis> Generator::MakeNode(
+    Core::Ptr<Model::ModelNode> const& p_model, std::vector<Core::Ptr<Vis>>& p_parents) const {
     Factory const& factory = Find(p_model);
     if (!factory) {
         ReportMissingFactory(*p_model);

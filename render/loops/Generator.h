@@ -19,9 +19,8 @@ namespace Qor::Chart::Render {
 ///
 /// Look-up is by exact class: a derived class needs a factory of its own. When generators are merged, a class that is
 /// registered in both keeps the factory of the one that is merged into.
-class QOR_VIS_API Generator
-    : public Algorithms::StrategyBuilder<Model::ModelNode, Vis, Core::Ptr<Model::ModelNode>,
-                                         Algorithms::Detail::TypeInfoFromPtr> {
+class QOR_VIS_API Generator : public Algorithms::StrategyBuilder<Model::ModelNode, Vis, Core::Ptr<Model::ModelNode>,
+                                  Algorithms::Detail::TypeInfoFromPtr> {
 public:
     /// Takes over the factories of classes that are not registered here yet.
     Generator& operator+=(Generator const& p_other) {
@@ -38,7 +37,7 @@ public:
 private:
     template <class ChildrenVisitor>
     bool GenerateBranch(Core::Ptr<Model::ModelNode> const& p_model, ChildrenVisitor const& p_visitChildren,
-                        std::vector<Core::Ptr<Vis>>& p_parents) const;
+        std::vector<Core::Ptr<Vis>>& p_parents) const;
     Core::Ptr<Vis> MakeNode(Core::Ptr<Model::ModelNode> const& p_model, std::vector<Core::Ptr<Vis>>& p_parents) const;
     static bool CycleDetection(Core::Ptr<Model::ModelNode> const& p_model);
 };

@@ -35,9 +35,7 @@ std::string CaughtText() {
 
 } // namespace
 
-NodeScope::NodeScope(Vis& p_node, DrawContext& p_outer, ContextRootStack& p_roots)
-    : _node(p_node)
-    , _context(&p_outer) {
+NodeScope::NodeScope(Vis& p_node, DrawContext& p_outer, ContextRootStack& p_roots) : _node(p_node), _context(&p_outer) {
     if (!p_node.IsFlagged(Vis::VisFlagContextRoot))
         return;
     _own.Open(p_outer, p_roots, p_node);

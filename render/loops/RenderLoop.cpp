@@ -76,8 +76,7 @@ double NonZero(double p_extent) {
 
 } // namespace
 
-RenderLoop::RenderLoop(
-    Layer p_layer, DrawContext::DrawMode p_mode, VisitDelegate p_preVisit, VisitDelegate p_postVisit)
+RenderLoop::RenderLoop(Layer p_layer, DrawContext::DrawMode p_mode, VisitDelegate p_preVisit, VisitDelegate p_postVisit)
     : _layer(p_layer)
     , _mode(p_mode)
     , _delegates(CalculateDelegatesFunc())
@@ -201,7 +200,7 @@ void RenderLoop::DrawThis(DrawFunction p_draw, Vis& p_node, DrawContext& p_conte
 
 bool RenderLoop::IsFilteredOut(Vis const& p_node) const {
     return (_options & OptionViewportFilter) != 0 && p_node.Id() != _viewportFilterId &&
-           dynamic_cast<PaneMarker const*>(&p_node) != nullptr;
+        dynamic_cast<PaneMarker const*>(&p_node) != nullptr;
 }
 
 bool RenderLoop::NeedsHandle(DrawContext const& p_context) const {

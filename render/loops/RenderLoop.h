@@ -42,8 +42,8 @@ public:
     /// @param p_mode       draw or highlight; any other is reported, and the first run throws
     /// @param p_preVisit   called before anything is done for a node that is not pruned; may be empty
     /// @param p_postVisit  called when everything is done; may be empty
-    RenderLoop(Layer p_layer, DrawContext::DrawMode p_mode, VisitDelegate p_preVisit = {},
-        VisitDelegate p_postVisit = {});
+    RenderLoop(
+        Layer p_layer, DrawContext::DrawMode p_mode, VisitDelegate p_preVisit = {}, VisitDelegate p_postVisit = {});
 
     /// Draws the tree under a root; one that is not enabled draws nothing. The errors of the graphics are asked for at the
     /// end in every case.
@@ -73,8 +73,7 @@ private:
     void DrawNode(Vis& p_node, Core::Ptr<Vis> const& p_handle, DrawContext& p_context, ContextRootStack& p_roots,
         NodeScope::Stage const& p_stage);
     void DrawThis(DrawFunction p_draw, Vis& p_node, DrawContext& p_context, ContextRootStack& p_roots);
-    bool CallDrawHook(
-        DrawFunction p_draw, Vis& p_node, DrawContext& p_context, NodeScope::Stage const& p_stage);
+    bool CallDrawHook(DrawFunction p_draw, Vis& p_node, DrawContext& p_context, NodeScope::Stage const& p_stage);
     void DrawRoot(Core::Ptr<Vis> const& p_root, DrawContext& p_context);
 
     bool IsFilteredOut(Vis const& p_node) const;
@@ -107,7 +106,7 @@ private:
     VisitDelegate _preVisit;
     VisitDelegate _postVisit;
     Utility::StackLimit _stackLimit; ///< of the run that is under way
-    std::uint32_t _depth = 0;        ///< levels between the root and the node that is being drawn
+    std::uint32_t _depth = 0; ///< levels between the root and the node that is being drawn
 };
 
 } // namespace Qor::Chart::Render

@@ -3,6 +3,7 @@
 #include "render/context/EventDispatcher.h"
 #include "render/context/UpdateContext.h"
 #include "render/loops/Generator.h"
+#include "render/loops/NodeScope.h"
 
 #include "framework/algorithms/DepthFirstSearch.h"
 #include "framework/core/Exceptions.h"
@@ -50,7 +51,13 @@ ReportCaught(Vis const& p_vis, UpdateContext const& p_context, char const* p_sta
     } catch (...) {
         text << ": an exception that is no std::exception";
     }
-    p_context.Dispatcher().ReportException(text.str(), Utility::AtLine(p_signature, p_line));
+    try {
+        p_context.Dispatcher().ReportException(text.str(), Utility::AtLine(p_signature, p_line));
+    } catch (...) {
+        Utility::GetLogger().error(
+            "The report of a failed node could not be handed to the host; see that its dispatcher takes reports "
+            "without throwing.");
+    }
 }
 
 [[gnu::noinline, gnu::cold]] void
@@ -67,18 +74,25 @@ ReportInvalid(Vis const& p_vis, UpdateContext const& p_context, char const* p_si
     Utility::GetLogger().err("cerr") << "Factory for \"" << p_model.TypeName() << "\" is not registered!";
 }
 
-/// Pushes all drawing attributes for as long as it lives.
+/// Pushes all drawing attributes for as long as it lives, and takes back what hooks left on the graphics' stacks.
 class AttributeScope {
 public:
     explicit AttributeScope(UpdateContext const& p_context) : _agl(p_context.Graphics()) {
         _agl->PushAttrib(Ogl::Tokens::AGL_ALL_ATTRIB_BITS);
+        _depths = _agl->Depths();
     }
-    ~AttributeScope() { _agl->PopAttrib(); }
+    ~AttributeScope() {
+        _agl->RestoreDepths(_depths);
+        _agl->PopAttrib();
+    }
+    /// Brings the graphics back to where every hook finds it, after one failed.
+    void Restore() { NodeScope::RestoreGraphics(*_agl, _depths); }
     AttributeScope(AttributeScope const&) = delete;
     AttributeScope& operator=(AttributeScope const&) = delete;
 
 private:
     Utility::Scoped<Ogl::Agl> _agl;
+    Ogl::StackDepths _depths;
 };
 
 int ClampedLayer(Vis const& p_vis) noexcept {
@@ -95,8 +109,9 @@ bool OnCycle(Core::Ptr<Vis> const& p_node) {
 class UpdateLoop::Run {
 public:
     Run(UpdateContext const& p_context, unsigned& p_visited, unsigned& p_updated)
-        : context(p_context), visited(p_visited), updated(p_updated) {}
+        : attributes(p_context), context(p_context), visited(p_visited), updated(p_updated) {}
 
+    AttributeScope attributes;
     UpdateContext context;
     std::vector<CallbackTypeBitSet> accumulators; ///< one per node on the path: what its children have work for
     unsigned& visited;
@@ -107,6 +122,13 @@ public:
     bool areChildrenFresh = false;
     bool const isLogged = NodeChannel().enabled();
     std::vector<std::uint16_t> typePath; ///< type numbers of the nodes on the path, for the log
+
+    /// Takes up what a hook threw; it is the exception that is being handled.
+    [[gnu::noinline, gnu::cold]] void Caught(Vis const& p_vis, char const* p_stage, char const* p_signature,
+                                             int p_line) {
+        attributes.Restore();
+        ReportCaught(p_vis, context, p_stage, p_signature, p_line);
+    }
 
     void PassUp(CallbackTypeBitSet p_paths) {
         if (!accumulators.empty())
@@ -138,7 +160,6 @@ void UpdateLoop::operator()(Core::Ptr<Vis> const& p_root, UpdateContext const& p
     Utility::GetLogger().out(FrameChannel()) << "Begin Update ..................................";
     {
         Core::DestructionScope const keepDroppedNodes;
-        AttributeScope const attributes(p_context);
         Run run(p_context, p_visited, p_updated);
         auto const updateNode = [&run](Core::Ptr<Vis> const& p_node, auto const& p_visitChildren) {
             return UpdateNode(p_node, p_visitChildren, run);
@@ -217,7 +238,7 @@ void UpdateLoop::UpdateModel(Vis& p_vis, Run& p_run) {
         else if (status == NodeStatusPending)
             p_vis.SetPending();
     } catch (...) {
-        ReportCaught(p_vis, p_run.context, "DoUpdateModel", __PRETTY_FUNCTION__, __LINE__);
+        p_run.Caught(p_vis, "DoUpdateModel", __PRETTY_FUNCTION__, __LINE__);
         p_vis.SetInvalid();
     }
 }
@@ -275,7 +296,7 @@ void UpdateLoop::AddChildren(Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>
             if (Core::Ptr<Vis> const child = p_run.context.Generator()(model))
                 p_vis.Add(child);
         } catch (...) {
-            ReportCaught(p_vis, p_run.context, "Generator", __PRETTY_FUNCTION__, __LINE__);
+            p_run.Caught(p_vis, "Generator", __PRETTY_FUNCTION__, __LINE__);
             if (!p_step.toRetry)
                 p_step.toRetry = std::make_unique<std::vector<Core::WeakPtr<Core::Node>>>();
             p_step.toRetry->emplace_back(model);
@@ -304,7 +325,7 @@ void UpdateLoop::UpdateHook(Vis& p_vis, Run& p_run, Step& p_step) {
         else
             p_step.hasChanged = true;
     } catch (...) {
-        ReportCaught(p_vis, p_run.context, "DoUpdate", __PRETTY_FUNCTION__, __LINE__);
+        p_run.Caught(p_vis, "DoUpdate", __PRETTY_FUNCTION__, __LINE__);
         p_vis.SetInvalid();
     }
 }
@@ -322,7 +343,7 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
     try {
         VisHooks::RefreshUpdateContext(p_vis, p_run.context);
     } catch (...) {
-        ReportCaught(p_vis, p_run.context, "DoRefreshUpdateContext", __PRETTY_FUNCTION__, __LINE__);
+        p_run.Caught(p_vis, "DoRefreshUpdateContext", __PRETTY_FUNCTION__, __LINE__);
         p_step.hasFailed = true;
         p_run.context.RestoreCheckPoint();
         p_run.context.CreateCheckPoint();
@@ -357,7 +378,7 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
         try {
             box = VisHooks::BoundingBox(p_vis, box);
         } catch (...) {
-            ReportCaught(p_vis, p_run.context, "DoBoundingBox", __PRETTY_FUNCTION__, __LINE__);
+            p_run.Caught(p_vis, "DoBoundingBox", __PRETTY_FUNCTION__, __LINE__);
             p_step.hasFailed = true;
         }
     }
@@ -368,7 +389,7 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
         try {
             VisHooks::PostUpdate(p_vis, p_run.context);
         } catch (...) {
-            ReportCaught(p_vis, p_run.context, "DoPostUpdate", __PRETTY_FUNCTION__, __LINE__);
+            p_run.Caught(p_vis, "DoPostUpdate", __PRETTY_FUNCTION__, __LINE__);
             p_step.hasFailed = true;
         }
     }

@@ -14,6 +14,7 @@
 #include "framework/utility/Ensure.h"
 
 #include <array>
+#include <utility>
 
 namespace Qor::Chart::Render {
 
@@ -156,7 +157,7 @@ void SimpleObject::LoadShapeSymbol(UpdateContext const& p_context, Model::Simple
     Model::Symbol const& source = *p_model.GetSymbol();
     if (_symbol && _symbol->IsUpToDate(source))
         return;
-    _symbol.reset();
+    auto const former = std::exchange(_symbol, nullptr); // until the end: a file that did not change is not read again
     std::string failure;
     try {
         _symbol = SymbolCache::Of(p_context.Registrar())->Load(p_context, source);

@@ -46,7 +46,7 @@ std::shared_ptr<SymbolCache> SymbolCache::Of(Registrar& p_registrar) {
 SymbolCache::SymbolCache(Registrar::Handle p_registration) : _registration(std::move(p_registration)) {}
 
 std::shared_ptr<LoadedSymbol const> SymbolCache::Load(UpdateContext const& p_context, Model::Symbol const& p_source) {
-    std::shared_ptr<LoadedSymbol const> const former = Find(p_source);
+    std::shared_ptr<LoadedSymbol const> former = Find(p_source);
     if (former && former->IsUpToDate(p_source))
         return former;
     Library::Symbol const fetched = Fetch(p_context.SymbolRegistry(), p_source);

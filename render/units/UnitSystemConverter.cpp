@@ -24,8 +24,7 @@ bool UnitSystemConverter::AreConvertable(std::wstring const& p_source, std::wstr
     return _converter->AreConvertable(p_source, p_dest);
 }
 
-bool UnitSystemConverter::AreConvertable(
-    Types::QuantityUnit const& p_source, Types::QuantityUnit const& p_dest) const {
+bool UnitSystemConverter::AreConvertable(Types::QuantityUnit const& p_source, Types::QuantityUnit const& p_dest) const {
     return QOR_ENSURE(_converter) ? _converter->AreConvertable(p_source, p_dest) : p_source == p_dest;
 }
 
@@ -39,8 +38,8 @@ void UnitSystemConverter::GetConversionFactors(
     _converter->GetConversionFactors(p_source, p_dest, p_factor, p_offset);
 }
 
-void UnitSystemConverter::GetConversionFactors(Types::QuantityUnit const& p_source,
-    Types::QuantityUnit const& p_dest, double& p_factor, double& p_offset) const {
+void UnitSystemConverter::GetConversionFactors(
+    Types::QuantityUnit const& p_source, Types::QuantityUnit const& p_dest, double& p_factor, double& p_offset) const {
     p_factor = 1.0;
     p_offset = 0.0;
     if (QOR_ENSURE(_converter))
@@ -66,8 +65,7 @@ Types::QuantityUnit UnitSystemConverter::GetDisplayUnit(Types::QuantityUnit cons
     return QOR_ENSURE(_converter) ? _converter->GetDisplayUnit(p_quantityUnit) : p_quantityUnit;
 }
 
-UnitSystemConverter::Converter UnitSystemConverter::ToUnit(
-    std::wstring const& p_from, std::wstring const& p_to) const {
+UnitSystemConverter::Converter UnitSystemConverter::ToUnit(std::wstring const& p_from, std::wstring const& p_to) const {
     Converter converter;
     if (p_from != p_to)
         GetConversionFactors(p_from, p_to, converter.factor, converter.offset);

@@ -39,10 +39,10 @@ public:
 
     /// Fills in how a value in p_source becomes one in p_dest: value * p_factor + p_offset. Units that are not convertible
     /// are reported, and the host's converter is asked all the same.
-    void GetConversionFactors(std::wstring const& p_source, std::wstring const& p_dest, double& p_factor,
-                              double& p_offset) const override;
+    void GetConversionFactors(
+        std::wstring const& p_source, std::wstring const& p_dest, double& p_factor, double& p_offset) const override;
     void GetConversionFactors(Types::QuantityUnit const& p_source, Types::QuantityUnit const& p_dest, double& p_factor,
-                              double& p_offset) const override;
+        double& p_offset) const override;
 
     /// The unit in which a quantity that is given in p_unit is shown; empty when either name is.
     std::wstring GetDisplayUnit(std::wstring const& p_quantityType, std::wstring const& p_unit) override;

@@ -42,7 +42,8 @@ public:
     void ReportWarning(Vis const&, std::string const& p_text, std::string const&, int p_level) override {
         warnings.emplace_back(p_level, p_text);
     }
-    void DispatchEvent(Core::WeakPtr<Model::ModelNode> const& p_node, std::shared_ptr<Model::Events::Event const>) override {
+    void DispatchEvent(
+        Core::WeakPtr<Model::ModelNode> const& p_node, std::shared_ptr<Model::Events::Event const>) override {
         events.push_back(p_node);
     }
     void RequestRedraw(int p_milliseconds) override { redraws.push_back(p_milliseconds); }

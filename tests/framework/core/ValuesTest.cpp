@@ -1,7 +1,6 @@
 #include "tests/framework/core/Probe.h"
 
 #include "framework/core/AnyBase.h"
-#include "framework/core/Exceptions.h"
 #include "framework/core/TypeNumbers.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/utility/Logger.h"
@@ -99,12 +98,6 @@ TEST(AnyBase, givesTheValueToWhoKnowsItsType) {
     EXPECT_EQ(*copy.Get<std::string>(), "text");
     EXPECT_NE(copy.Get<std::string>(), any.Get<std::string>());
     EXPECT_TRUE(copy.Type() == typeid(std::string) && !copy.Get<char const*>());
-}
-
-TEST(Exceptions, sayWhatHappenedAndWhatToDo) {
-    EXPECT_STREQ(CyclicDependencyFoundExcept("at x").what(), "Cyclic dependency found at x");
-    EXPECT_THAT(TreeTooDeepExcept("drawing", 12).what(),
-        testing::AllOf(testing::HasSubstr("too deep for drawing"), testing::HasSubstr("12 levels")));
 }
 
 } // namespace Qor::Chart::Core

@@ -58,11 +58,9 @@ TEST(ModificationWatcherList, copiesAreIndependentHoweverTheyShare) {
     EXPECT_TRUE(list.Modified());
     list.Clear();
     EXPECT_EQ(copy.Size(), 1U);
-    auto const moved = std::move(touched);
-    EXPECT_TRUE(moved.Modified() && touched.Empty());
-    list = moved;
+    list = touched;
     list.Add(WeakPtr<Node>(node));
-    EXPECT_EQ(moved.Size(), 1U);
+    EXPECT_EQ(touched.Size(), 1U);
 }
 
 } // namespace Qor::Chart::Core

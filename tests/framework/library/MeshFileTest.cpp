@@ -183,7 +183,7 @@ TEST(MeshFileTest, tellsInOneSentenceWhyAFileCannotBeUsed) {
         {ModelFile("garbage.glb"), "it is damaged or no .glb file"},
         {ModelFile("garbage.gltf"), "it is damaged or no .gltf file"},
         {ModelFile("badindex.obj"), "it is damaged or no .obj file (OBJ: vertex index out of range)"},
-        {ModelFile("huge.ply"), "it is damaged (it has 4 of 4000000000"},
+        {ModelFile("huge.ply"), "it is damaged (it has 8 of 4000000000"},
         {nothing.string(), "there is nothing to draw in it"},
     };
     for (auto const& each : cases) {

@@ -106,6 +106,7 @@ TEST(AglState, pushAndPopSaveExactlyTheGroupsOfTheMask) {
         std::vector<Frame> stack;
         auto const readAll = [&] {
             std::vector<float> values;
+            values.reserve(attributes.size());
             for (Attribute const& attribute : attributes) {
                 values.push_back(attribute.read(agl.Current()));
             }
@@ -210,6 +211,7 @@ TEST(AglState, mistakesAreReportedInWordsAndChangeNothing) {
 }
 
 TEST(AglState, restoringDepthsUndoesWhatWasLeftBehind) {
+    qordebug::CaptureScope const capture(Utility::GetLogger());
     RecordedAgl recorded;
     Agl& agl = recorded.agl;
     agl.PushAttrib(AGL_ALL_ATTRIB_BITS);

@@ -55,7 +55,7 @@ public:
         p_agl.MatrixMode(Tokens::AGL_MODELVIEW);
         p_agl.LoadIdentity();
     }
-    void Rectangle(double p_left, double p_bottom, double p_right, double p_top, double p_z = 0) {
+    void Rectangle(double p_left, double p_bottom, double p_right, double p_top, double p_z = 0) const {
         agl->Begin(Tokens::AGL_QUADS);
         agl->Vertex(p_left, p_bottom, p_z);
         agl->Vertex(p_right, p_bottom, p_z);
@@ -63,18 +63,18 @@ public:
         agl->Vertex(p_left, p_top, p_z);
         agl->End();
     }
-    void Line(double p_x, double p_y, double p_toX, double p_toY) {
+    void Line(double p_x, double p_y, double p_toX, double p_toY) const {
         agl->Begin(Tokens::AGL_LINES);
         agl->Vertex(p_x, p_y);
         agl->Vertex(p_toX, p_toY);
         agl->End();
     }
-    void Point(double p_x, double p_y) {
+    void Point(double p_x, double p_y) const {
         agl->Begin(Tokens::AGL_POINTS);
         agl->Vertex(p_x, p_y);
         agl->End();
     }
-    QImage Picture() { return agl->ReadPixels(0, 0, Size, Size); }
+    QImage Picture() const { return agl->ReadPixels(0, 0, Size, Size); }
     /// A pixel, counted from the lower left.
     static QColor At(QImage const& p_image, int p_x, int p_y) {
         return p_image.pixelColor(p_x, p_image.height() - 1 - p_y);

@@ -48,7 +48,7 @@ TEST_P(OpenGlDraw, kindsFillWhatTheyName) {
             test.kind == AGL_POINTS ? agl->Vertex(x + 0.5, y + 0.5) : agl->Vertex(x, y);
         }
         agl->End();
-        EXPECT_NEAR(CountDrawn(Picture()), test.pixels, test.pixels / 20) << "kind " << test.kind;
+        EXPECT_NEAR(CountDrawn(Picture()), test.pixels, 0.05 * test.pixels) << "kind " << test.kind;
     }
 }
 

@@ -16,10 +16,14 @@ struct Findings {
     bool nearAtStart = true;
 };
 
-[[gnu::noinline]] std::size_t Descend(StackLimit const& p_limit, std::size_t p_depth) {
+/// How deep a recursion comes before the limit is near. Each level uses the frame of the one above, so that no compiler
+/// turns this into a loop.
+[[gnu::noinline]] std::size_t Descend(StackLimit const& p_limit, char volatile* p_above) {
     char volatile frame[512];
-    frame[0] = static_cast<char>(p_depth);
-    return p_limit.IsNear() ? p_depth : Descend(p_limit, p_depth + 1) + static_cast<std::size_t>(frame[0] * 0);
+    frame[0] = *p_above;
+    std::size_t const below = p_limit.IsNear() ? 0 : Descend(p_limit, frame);
+    frame[1] = frame[0];
+    return below + 1;
 }
 
 void* RunOut(void* p_findings) {
@@ -27,7 +31,8 @@ void* RunOut(void* p_findings) {
     StackLimit const limit = StackLimit::Current();
     findings.remainingAtStart = limit.Remaining();
     findings.nearAtStart = limit.IsNear();
-    findings.depth = Descend(limit, 0);
+    char volatile start = 0;
+    findings.depth = Descend(limit, &start);
     return nullptr;
 }
 

@@ -149,8 +149,8 @@ TEST(CheckPointTest, writesMadeDuringARestoreBelongToTheOuterCheckPoint) {
 TEST(CheckPointTest, idsOutOfRangeAndIdsUsedTwiceAreReported) {
     Manager manager;
     for (std::size_t const id : {std::size_t{17}, ~std::size_t{0}}) {
-        EXPECT_THAT([&] { manager.Touch(id); },
-            ::testing::ThrowsMessage<std::out_of_range>("invalid bitset<N> position"));
+        EXPECT_THAT(
+            [&] { manager.Touch(id); }, ::testing::ThrowsMessage<std::out_of_range>("invalid bitset<N> position"));
         EXPECT_THROW((void)manager.Damaged(id), std::out_of_range);
     }
     qordebug::CaptureScope log(GetLogger());

@@ -18,13 +18,11 @@ namespace {
 using namespace Ogl::Tokens;
 using Fixtures::DrawFixture;
 using Fixtures::RecordingDispatcher;
-using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 class Root : public Vis {
 public:
-    Root()
-        : Vis(VisFlagContextRoot | VisFlagSelfManaged) {}
+    explicit Root(int p_flags = VisFlagContextRoot | VisFlagSelfManaged) : Vis(p_flags) {}
     Core::WeakPtr<Model::ModelNode> SourceModel() const override { return {}; }
 };
 
@@ -37,7 +35,7 @@ TEST(DrawContextTest, freshContextHasDefaultsAndTheLimitsOfTheGraphics) {
     DrawContext const context = fixture.MakeContext();
     EXPECT_EQ(context.Viewport().Top(), Types::Viewport<0>());
     EXPECT_TRUE(context.ModelView().Top().IsIdentity() && context.Camera().Top().IsIdentity() &&
-                context.Projection().Top().IsIdentity());
+        context.Projection().Top().IsIdentity());
     EXPECT_EQ(context.ProjectionMode().Top(), ProjectionMode::Orthographic);
     EXPECT_EQ(context.ClipPlanes().Top().Bound(), fixture.agl.GetMaxClipPlanes());
     EXPECT_EQ(context.StencilBits().Top().Bound(), fixture.agl.GetMaxStencilBits());
@@ -77,8 +75,9 @@ TEST(DrawContextTest, restoringAppliesViewportAndMatricesToTheGraphics) {
         EXPECT_TRUE(fixture.agl.Get(AGL_MODELVIEW_MATRIX).IsIdentity()) << "the mode is left at model-view";
         ASSERT_EQ(log.texts().size(), c.isReported ? 1U : 0U) << c.outer;
         for (std::string const& text : log.texts())
-            EXPECT_THAT(text, StartsWith("WARNING: \"(p_viewport.width <= 0 && p_viewport.height <= 0) && \"Invalid "
-                                         "viewport defined which cannot be set in OpenGL state!\"\" - "));
+            EXPECT_THAT(text,
+                StartsWith("WARNING: \"(p_viewport.width <= 0 && p_viewport.height <= 0) && \"Invalid "
+                           "viewport defined which cannot be set in OpenGL state!\"\" - "));
     }
 }
 

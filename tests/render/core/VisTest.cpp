@@ -52,22 +52,12 @@ struct Hooks : VisHooks {
     using VisHooks::ClearNewPaths;
     using VisHooks::ClearPendingUpdateAttempt;
     using VisHooks::Draw;
-    using VisHooks::DrawOverlay;
     using VisHooks::HasNewPaths;
-    using VisHooks::Highlight;
-    using VisHooks::HighlightOverlay;
     using VisHooks::Hit;
-    using VisHooks::HitOverlay;
     using VisHooks::PostUpdate;
-    using VisHooks::RefreshUpdateContext;
     using VisHooks::SetHasActiveChildren;
-    using VisHooks::Setup;
-    using VisHooks::SetupOverlay;
-    using VisHooks::Teardown;
-    using VisHooks::TeardownOverlay;
     using VisHooks::Tracker;
     using VisHooks::Update;
-    using VisHooks::UpdateModel;
 };
 
 Test MakeEnabled(int p_flags = 0) {
@@ -121,25 +111,16 @@ TEST(Vis, movesBetweenItsStatesOnlyAsItShould) {
         auto const vis = MakeEnabled();
         Hooks::Tracker(*vis).Reset();
         for (char const* event = events; *event != 0; ++event) {
-            switch (*event) {
-            case 'a':
-                vis->SetActive(true);
-                break;
-            case 'I':
-                vis->SetActive(false);
-                break;
-            case 'i':
+            if (*event == 'a' || *event == 'I')
+                vis->SetActive(*event == 'a');
+            else if (*event == 'i')
                 vis->SetInvalid();
-                break;
-            case 'p':
+            else if (*event == 'p')
                 vis->SetPending();
-                break;
-            case 'c':
+            else if (*event == 'c')
                 Hooks::ClearPendingUpdateAttempt(*vis);
-                break;
-            default:
+            else
                 vis->TouchThis(IModifiable::ModifiableTypeProperty, {}, IModifiable::RelationshipFurther, {}, {}, {});
-            }
         }
         std::string const actual = std::string(vis->IsValid() ? "v" : "") + (vis->IsPending() ? "p" : "") +
             (vis->IsPendingUpdateAttempt() ? "u" : "");
@@ -263,7 +244,6 @@ TEST(Vis, anUnwrittenHookIsReportedWithItsSignature) {
     char nothing = 0; // the hooks do not look at what they are given
     auto& update = reinterpret_cast<UpdateContext&>(nothing);
     auto& draw = reinterpret_cast<DrawContext&>(nothing);
-    auto& agl = reinterpret_cast<Utility::Scoped<Ogl::Agl>&>(nothing);
     auto& point = reinterpret_cast<PickPoint&>(nothing);
     auto& hit = reinterpret_cast<HitResult&>(nothing);
     Types::BoundingBox_Base<double> const box({1, 2, 3}, {4, 5, 6});
@@ -272,20 +252,10 @@ TEST(Vis, anUnwrittenHookIsReportedWithItsSignature) {
         std::function<bool()> call; ///< true when the answer is right
     };
     for (auto const& [name, call] : std::vector<Case>{
-             {"DoRefreshUpdateContext", [&] { return Hooks::RefreshUpdateContext(*vis, update), true; }},
-             {"DoUpdateModel", [&] { return Hooks::UpdateModel(*vis, update) == NodeStatusInvalid; }},
              {"DoUpdate", [&] { return Hooks::Update(*vis, update) == NodeStatusInvalid; }},
              {"DoPostUpdate", [&] { return Hooks::PostUpdate(*vis, update), true; }},
-             {"DoSetup", [&] { return Hooks::Setup(*vis, draw, agl), true; }},
              {"DoDraw", [&] { return Hooks::Draw(*vis, draw) == 0; }},
-             {"DoHighlight", [&] { return Hooks::Highlight(*vis, draw) == 0; }},
              {"DoHit", [&] { return Hooks::Hit(*vis, draw, point, hit); }},
-             {"DoTeardown", [&] { return Hooks::Teardown(*vis, draw, agl), true; }},
-             {"DoSetupOverlay", [&] { return Hooks::SetupOverlay(*vis, draw, agl), true; }},
-             {"DoDrawOverlay", [&] { return Hooks::DrawOverlay(*vis, draw) == 0; }},
-             {"DoHighlightOverlay", [&] { return Hooks::HighlightOverlay(*vis, draw) == 0; }},
-             {"DoHitOverlay", [&] { return Hooks::HitOverlay(*vis, draw, point, hit); }},
-             {"DoTeardownOverlay", [&] { return Hooks::TeardownOverlay(*vis, draw, agl), true; }},
              {"DoBoundingBox", [&] { return Hooks::BoundingBox(*vis, box) == box; }},
          }) {
         qordebug::CaptureScope const capture(Utility::GetLogger());
@@ -364,26 +334,16 @@ TEST(Vis, aNewNodeLeavesAMarkOnAllAboveIt) {
     EXPECT_TRUE(Hooks::HasNewPaths(*root) && Hooks::HasNewPaths(*middle) && Hooks::HasNewPaths(*leaf));
 }
 
-TEST(Vis, dumpsItsStateOrThatOfAllBelow) {
-    auto const root = MakeEnabled(Vis::VisFlagContextRoot);
-    auto const child = MakeEnabled();
-    root->SetActive(true);
-    child->SetLayer(-3);
-    child->SetInvalid();
-    root->Add(child);
-    child->SetInvalid();
-    for (auto const verbosity : {Core::Verbosity::Quiet, Core::Verbosity::Normal, Core::Verbosity::Verbose}) {
-        std::ostringstream text;
-        root->Dump(text, verbosity, 0);
-        std::string const name = "TestVis \"\" #" + std::to_string(root->Id());
-        std::string const state = " path (undefined) layer 0 flags 49 active box ";
-        std::string const below = " path (undefined) layer -3 flags 0 invalid box ";
-        if (verbosity == Core::Verbosity::Quiet)
-            EXPECT_EQ(text.str(), name) << "for the middle of a message";
-        else
-            EXPECT_THAT(text.str(), testing::StartsWith(name + state));
-        EXPECT_EQ(text.str().find(below) != std::string::npos, verbosity == Core::Verbosity::Verbose);
-    }
+TEST(Vis, dumpsItsStateOrItsNameForTheMiddleOfAMessage) {
+    auto const vis = MakeEnabled(Vis::VisFlagContextRoot);
+    vis->SetLayer(-3);
+    vis->SetActive(true);
+    std::ostringstream name;
+    std::ostringstream state;
+    vis->Dump(name, Core::Verbosity::Quiet, 4);
+    vis->Dump(state, Core::Verbosity::Verbose, 0);
+    EXPECT_EQ(name.str(), "TestVis \"\" #" + std::to_string(vis->Id()));
+    EXPECT_THAT(state.str(), testing::StartsWith(name.str() + " path (undefined) layer -3 flags 49 active box "));
 }
 
 } // namespace Qor::Chart::Render

@@ -19,8 +19,7 @@ using Notice = std::tuple<int, int, int, std::string>;
 
 class Listener : public Vis, public EventHandler {
 public:
-    Listener()
-        : Vis(VisFlagSelfManaged) {}
+    Listener() : Vis(VisFlagSelfManaged) {}
     Core::WeakPtr<Model::ModelNode> SourceModel() const override { return {}; }
     void TouchThis(ModifiableType p_type, Change p_change, Relationship p_relationship,
         Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name, boost::any const& p_data) override {
@@ -41,7 +40,8 @@ TEST(EventHandlerTest, connectingNotifiesOnceEachWay) {
     node->Listen(EventHandler::EventClick);
     EXPECT_TRUE(node->IsEventDefined(EventHandler::EventClick));
     EXPECT_FALSE(node->IsEventDefined(EventHandler::EventDrop));
-    Listener::EventHandler const copy(*node);
+    EventHandler const& handler = *node;
+    EventHandler const copy(handler);
     node->Ignore(EventHandler::EventClick);
     node->Ignore(EventHandler::EventClick);
     EXPECT_FALSE(node->IsEventDefined(EventHandler::EventClick));

@@ -84,14 +84,20 @@ private:
     bool MayLink(int p_parent, int p_child) {
         return !_plain.IsBelow(p_parent, p_child) && _plain.Expanded(0) + _plain.Expanded(p_child) <= MostVisuals;
     }
-    /// One of the model nodes that live and are no grown ones.
-    int Choose(unsigned p_number) const {
-        std::vector<int> candidates;
+    /// One of the model nodes that live and are no grown ones. What mends a node chooses among those that need it, as far
+    /// as there are any, so that trees do not wither.
+    int Choose(unsigned p_number, Op p_op = Op::Update) const {
+        std::vector<int> candidates, needy;
         for (auto const& [number, model] : _plain.models) {
-            if (model.isAlive && number < 100)
-                candidates.push_back(number);
+            if (!model.isAlive || number >= 100)
+                continue;
+            candidates.push_back(number);
+            if (p_op == Op::Repair ? model.script.answers != Script().answers
+                                   : p_op == Op::ResetEnabled && !model.isEnabled)
+                needy.push_back(number);
         }
-        return candidates[p_number % candidates.size()];
+        std::vector<int> const& chosen = needy.empty() ? candidates : needy;
+        return chosen[p_number % chosen.size()];
     }
     Core::Ptr<ScriptModel> Model(int p_number) { return _models.at(p_number).Lock(); }
     void RemoveReal(int p_parent, int p_child) {
@@ -105,7 +111,7 @@ private:
     }
 
     void Apply(Edit const& p_edit) {
-        int const node = Choose(p_edit.node);
+        int const node = Choose(p_edit.node, p_edit.op);
         int const other = Choose(p_edit.other);
         PlainModel& plain = _plain.models.at(node);
         std::vector<int> const children = plain.children;
@@ -406,8 +412,8 @@ private:
 /// A tree of a few nodes, then rounds of a few edits.
 Edits RandomEdits(unsigned p_seed) {
     static constexpr std::pair<Op, unsigned> weights[] = {{Op::Add, 10}, {Op::AddUnknown, 1}, {Op::Remove, 6},
-        {Op::Move, 6}, {Op::Adopt, 4}, {Op::Link, 6}, {Op::Readd, 3}, {Op::Clear, 1}, {Op::Forget, 3}, {Op::Enable, 9},
-        {Op::ResetEnabled, 2}, {Op::Rename, 2}, {Op::OwnBox, 5}, {Op::LayerOf, 5}, {Op::Fail, 9}, {Op::Repair, 7},
+        {Op::Move, 6}, {Op::Adopt, 4}, {Op::Link, 6}, {Op::Readd, 3}, {Op::Clear, 1}, {Op::Forget, 3}, {Op::Enable, 8},
+        {Op::ResetEnabled, 5}, {Op::Rename, 2}, {Op::OwnBox, 5}, {Op::LayerOf, 5}, {Op::Fail, 9}, {Op::Repair, 8},
         {Op::FirstModel, 1}, {Op::Factory, 2}, {Op::Toggle, 12}, {Op::Parts, 3}, {Op::Grow, 2}, {Op::Symbol, 4},
         {Op::ChangeSymbol, 3}};
     std::mt19937 engine(p_seed);
@@ -462,9 +468,9 @@ unsigned FromEnvironment(char const* p_name, unsigned p_default) {
 }
 
 #if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
-constexpr unsigned DefaultSequences = 1500;
+constexpr unsigned DefaultSequences = 3000;
 #else
-constexpr unsigned DefaultSequences = 6000;
+constexpr unsigned DefaultSequences = 12000;
 #endif
 
 TEST(RandomEditorTest, anyEditsLeaveTheTreeThatTheModelAsksFor) {

@@ -43,9 +43,7 @@ class Node : public Vis {
 public:
     using Action = std::function<void(Node&, DrawContext const&)>;
 
-    Node(Trace& p_trace, std::string p_name, int p_flags = 0)
-        : Vis(VisFlagSelfManaged | p_flags)
-        , trace(p_trace) {
+    Node(Trace& p_trace, std::string p_name, int p_flags = 0) : Vis(VisFlagSelfManaged | p_flags), trace(p_trace) {
         SetName(std::move(p_name));
         for (auto const callback : {HandledSetup, HandledDraw, HandledHighlight, HandledTeardown, HandledSetupOverlay,
                  HandledDrawOverlay, HandledHighlightOverlay, HandledTeardownOverlay})
@@ -75,7 +73,7 @@ private:
         if (auto const it = actions.find(p_hook); it != actions.end())
             it->second(*this, p_context);
     }
-    void Move(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) {
+    void Move(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const {
         p_context.ModelView().Set(p_context.ModelView().Top() * Types::Matrix4::Translation({shift, 0, 0}));
         p_agl->LoadMatrix(p_context.ModelView().Top());
         p_agl->PushAttrib(AGL_ENABLE_BIT);
@@ -132,7 +130,7 @@ struct Hooks : VisHooks {
 struct RenderLoopTest : ::testing::Test {
     template <class T = Node>
     Core::Ptr<T> Make(std::string p_name, Vis* p_parent = nullptr, int p_flags = 0) {
-        auto const node = Core::MakeNode<T>(trace, std::move(p_name), p_flags);
+        auto node = Core::MakeNode<T>(trace, std::move(p_name), p_flags);
         if (p_parent)
             Hooks::Append(*p_parent, node);
         return node;
@@ -175,9 +173,10 @@ TEST_F(RenderLoopTest, eachPassCallsItsHooksAroundTheChildren) {
         RenderLoop pass(c.layer, c.mode);
         auto const setup = "setup" + c.suffix + " ", draw = c.draw + " ", teardown = "teardown" + c.suffix + " ";
         for (int run = 0; run < 2; ++run) {
-            EXPECT_THAT(Run(pass), ElementsAre(setup + "root", draw + "root", setup + "one", draw + "one",
-                                       setup + "leaf", draw + "leaf", teardown + "leaf", teardown + "one",
-                                       setup + "two", draw + "two", teardown + "two", teardown + "root"));
+            EXPECT_THAT(Run(pass),
+                ElementsAre(setup + "root", draw + "root", setup + "one", draw + "one", setup + "leaf", draw + "leaf",
+                    teardown + "leaf", teardown + "one", setup + "two", draw + "two", teardown + "two",
+                    teardown + "root"));
             EXPECT_EQ(pass.VisitedCount(), 4U) << "each run counts from 0";
             EXPECT_EQ(pass.DrawnCount(), 4U);
         }
@@ -200,8 +199,8 @@ TEST_F(RenderLoopTest, valuesThatSetupWritesHoldForTheSubtreeAlone) {
 TEST_F(RenderLoopTest, onlyBranchesWithWorkForThePassAreEntered) {
     one->OptimalPaths().Set(CallbackDraw, false);
     Trace visits;
-    RenderLoop visiting(LayerBase, Mode::Draw,
-        [&](Core::Ptr<Vis> const& p_node) { visits.push_back("pre " + p_node->Name()); },
+    RenderLoop visiting(
+        LayerBase, Mode::Draw, [&](Core::Ptr<Vis> const& p_node) { visits.push_back("pre " + p_node->Name()); },
         [&](Core::Ptr<Vis> const& p_node) { visits.push_back("post " + p_node->Name()); });
     EXPECT_THAT(Run(visiting),
         ElementsAre("setup root", "draw root", "setup two", "draw two", "teardown two", "teardown root"));
@@ -215,15 +214,17 @@ TEST_F(RenderLoopTest, onlyBranchesWithWorkForThePassAreEntered) {
     two->RegisterCB(HandledDraw);
     two->DrawOnly();
     Run(visiting);
-    EXPECT_THAT(trace, ElementsAre("setup root", "setup one", "setup leaf", "teardown leaf", "teardown one",
-                           "draw two", "teardown root"));
+    EXPECT_THAT(trace,
+        ElementsAre(
+            "setup root", "setup one", "setup leaf", "teardown leaf", "teardown one", "draw two", "teardown root"));
     EXPECT_EQ(visiting.DrawnCount(), 1U);
 }
 
 TEST_F(RenderLoopTest, aNodeMayLeaveItsChildrenOut) {
     one->result = DrawResultSkipChildren;
-    EXPECT_THAT(Run(loop), ElementsAre("setup root", "draw root", "setup one", "draw one", "teardown one",
-                               "setup two", "draw two", "teardown two", "teardown root"));
+    EXPECT_THAT(Run(loop),
+        ElementsAre("setup root", "draw root", "setup one", "draw one", "teardown one", "setup two", "draw two",
+            "teardown two", "teardown root"));
     leaf->SetInvalid();
     one->result = DrawResultDescend;
     EXPECT_THAT(Run(loop), ::testing::Not(::testing::Contains("draw leaf")));
@@ -290,11 +291,11 @@ TEST_F(RenderLoopTest, filterLeavesOutNodesOrWholeBranches) {
         p_whole = isWhole;
         return p_node->Name() == "one" || p_node->Name() == "two";
     });
-    EXPECT_THAT(Run(loop), ElementsAre("setup root", "draw root", "setup one", "setup leaf", "draw leaf",
-                               "teardown leaf", "teardown one", "setup two", "teardown two", "teardown root"));
-    isWhole = true;
     EXPECT_THAT(Run(loop),
-        ElementsAre("setup root", "draw root", "setup two", "teardown two", "teardown root"))
+        ElementsAre("setup root", "draw root", "setup one", "setup leaf", "draw leaf", "teardown leaf", "teardown one",
+            "setup two", "teardown two", "teardown root"));
+    isWhole = true;
+    EXPECT_THAT(Run(loop), ElementsAre("setup root", "draw root", "setup two", "teardown two", "teardown root"))
         << "without active children there is no branch to leave out";
     EXPECT_EQ(loop.DrawnCount(), 1U);
 }
@@ -305,11 +306,10 @@ TEST_F(RenderLoopTest, aFailingHookIsReportedAndLeavesNothingBehind) {
         std::string stage;
         Trace ofBranch; ///< what still runs of "one" and what is below it
     };
-    for (Case const& c :
-        {Case{"setup", "RenderLoop-Setup/Teardown", {"setup one"}},
-            Case{"draw", "RenderLoop-Draw", {"setup one", "draw one", "teardown one"}},
-            Case{"teardown", "RenderLoop-Setup/Teardown",
-                {"setup one", "draw one", "setup leaf", "draw leaf", "teardown leaf", "teardown one"}}}) {
+    for (Case const& c : {Case{"setup", "RenderLoop-Setup/Teardown", {"setup one"}},
+             Case{"draw", "RenderLoop-Draw", {"setup one", "draw one", "teardown one"}},
+             Case{"teardown", "RenderLoop-Setup/Teardown",
+                 {"setup one", "draw one", "setup leaf", "draw leaf", "teardown leaf", "teardown one"}}}) {
         for (bool const isStandard : {true, false}) {
             one->actions.clear();
             one->actions[c.hook] = [&](Node&, DrawContext const&) {
@@ -324,8 +324,8 @@ TEST_F(RenderLoopTest, aFailingHookIsReportedAndLeavesNothingBehind) {
             ASSERT_TRUE(one->IsValid());
             fixture.dispatcher.exceptions.clear();
             Trace visits;
-            RenderLoop visiting(LayerBase, Mode::Draw, {},
-                [&](Core::Ptr<Vis> const& p_node) { visits.push_back(p_node->Name()); });
+            RenderLoop visiting(
+                LayerBase, Mode::Draw, {}, [&](Core::Ptr<Vis> const& p_node) { visits.push_back(p_node->Name()); });
             Trace expected{"setup root", "draw root"};
             expected.insert(expected.end(), c.ofBranch.begin(), c.ofBranch.end());
             for (char const* const step : {"setup two", "draw two", "teardown two", "teardown root"})
@@ -339,7 +339,8 @@ TEST_F(RenderLoopTest, aFailingHookIsReportedAndLeavesNothingBehind) {
             EXPECT_THAT(report, HasSubstr("\"one\""));
             EXPECT_THAT(report, HasSubstr(" caught exception in " + c.stage));
             EXPECT_THAT(report, HasSubstr(isStandard ? "broken" : "no std::exception"));
-            EXPECT_THAT(fixture.dispatcher.locations.back(), HasSubstr(c.hook == "draw" ? "RenderLoop::DrawThis(" : "RenderLoop::Draw("));
+            EXPECT_THAT(fixture.dispatcher.locations.back(),
+                HasSubstr(c.hook == "draw" ? "RenderLoop::DrawThis(" : "RenderLoop::Draw("));
             ExpectRestored();
         }
     }
@@ -365,14 +366,15 @@ TEST_F(RenderLoopTest, aModeThatCannotBeDrawnIsReportedAndThrows) {
     qordebug::CaptureScope log(Utility::GetLogger());
     RenderLoop wrong(LayerBase, Mode::DrawInPlace);
     EXPECT_EQ(log.texts(qordebug::severity::sentry).size(), 2U);
-    EXPECT_THAT([&] { wrong(root, context); },
-        ::testing::ThrowsMessage<std::out_of_range>("invalid bitset<N> position"));
+    EXPECT_THAT(
+        [&] { wrong(root, context); }, ::testing::ThrowsMessage<std::out_of_range>("invalid bitset<N> position"));
     EXPECT_THAT(trace, IsEmpty());
 }
 
 TEST_F(RenderLoopTest, aHookMayRemoveItsNodeOrAllOfThem) {
     Trace visits;
-    RenderLoop visiting(LayerBase, Mode::Draw, [&](Core::Ptr<Vis> const& p_node) { visits.push_back(p_node->Name()); },
+    RenderLoop visiting(
+        LayerBase, Mode::Draw, [&](Core::Ptr<Vis> const& p_node) { visits.push_back(p_node->Name()); },
         [&](Core::Ptr<Vis> const& p_node) { visits.push_back(p_node->Name()); });
     for (char const* const hook : {"setup", "draw", "teardown"}) {
         for (bool const isAll : {false, true}) {
@@ -442,7 +444,7 @@ struct Chain {
         }
         chain.visited = loop.VisitedCount();
         chain.isRestored = context.ModelView().Size() == 1 && fixture.agl.Depths() == Ogl::StackDepths() &&
-                           fixture.dispatcher.exceptions.empty() && root->IsValid();
+            fixture.dispatcher.exceptions.empty() && root->IsValid();
         return nullptr;
     }
     void DrawOnStack(std::size_t p_bytes) {

@@ -36,7 +36,7 @@ private:
 struct SceneFixture : DrawFixture {
     SceneFixture() { RegisterNodeFactories(generator); }
 
-    Core::Ptr<Model::SimpleObject> AddCube() {
+    Core::Ptr<Model::SimpleObject> AddCube() const {
         auto object = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
         scene->Add(object);
         return object;

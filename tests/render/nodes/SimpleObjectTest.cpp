@@ -9,7 +9,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -42,15 +41,14 @@ public:
     TemporaryFile(TemporaryFile const&) = delete;
     TemporaryFile& operator=(TemporaryFile const&) = delete;
 
-    /// Writes one triangle, its highest corner at the given height, with or without colours.
-    void WriteTriangle(double p_height, bool p_hasColors) const {
-        std::ofstream file(path);
-        file << "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\n";
-        if (p_hasColors)
-            file << "property uchar red\nproperty uchar green\nproperty uchar blue\n";
-        file << "element face 1\nproperty list uchar int vertex_indices\nend_header\n";
-        std::string const color = p_hasColors ? " 255 0 0\n" : "\n";
-        file << "0 0 0" << color << "1 0 0" << color << "0 " << p_height << " 0" << color << "3 0 1 2\n";
+    /// Writes one red triangle, its highest corner at the given height.
+    void WriteTriangle(double p_height) const {
+        std::ofstream(path) << "ply\nformat ascii 1.0\nelement vertex 3\n"
+                               "property float x\nproperty float y\nproperty float z\n"
+                               "property uchar red\nproperty uchar green\nproperty uchar blue\n"
+                               "element face 1\nproperty list uchar int vertex_indices\nend_header\n"
+                               "0 0 0 255 0 0\n1 0 0 255 0 0\n0 "
+                            << p_height << " 0 255 0 0\n3 0 1 2\n";
     }
 
     std::string const path;
@@ -76,12 +74,6 @@ TEST(SimpleObjectTest, hooksEventsAndLayerFollowTheModel) {
             false, false, 0},
         {"pulse", [](auto& p_object, auto&) { p_object.SetPulse(true); }, true, true, 0},
         {"pulse, animations off",
-            [](auto& p_object, auto& p_capabilities) {
-                p_object.SetPulse(true);
-                p_capabilities.animations = false;
-            },
-            false, true, 0},
-        {"pulse, animations suppressed",
             [](auto& p_object, auto& p_capabilities) {
                 p_object.SetPulse(true);
                 p_capabilities.Suppress(SceneCapabilities::SuppressionDrag);
@@ -300,17 +292,6 @@ TEST(SimpleObjectTest, symbolsThatCannotBeShownMakeTheNodeInvalidUntilTheyChange
     }
 }
 
-TEST(SimpleObjectTest, nodeWhoseModelIsGoneDrawsNothingNew) {
-    SceneFixture fixture;
-    fixture.AddCube();
-    fixture.Update();
-    fixture.scene->Clear();
-    EXPECT_TRUE(fixture.Child().SourceModel().Expired());
-    EXPECT_EQ(fixture.Draw().size(), 1U) << "what is on show stays until the next update";
-    fixture.Update();
-    EXPECT_TRUE(fixture.root->Empty());
-}
-
 TEST(SimpleObjectTest, sharedSymbolIsFollowedByAllAndFreedWithTheLast) {
     SceneFixture fixture;
     auto const first = fixture.AddCube();
@@ -333,40 +314,28 @@ TEST(SimpleObjectTest, sharedSymbolIsFollowedByAllAndFreedWithTheLast) {
     EXPECT_TRUE(cone.expired());
 }
 
-TEST(SimpleObjectTest, coloursOfVerticesAreShownAndTinted) {
-    TemporaryFile const file("qor-simple-object-colours.ply");
-    file.WriteTriangle(1, true);
-    SceneFixture fixture;
-    auto const object = fixture.AddCube();
-    object->GetSymbol()->SetFile(file.path);
-    auto const plain = fixture.AddCube();
-    fixture.Update();
-    auto commands = fixture.Draw();
-    ASSERT_EQ(commands.size(), 2U);
-    EXPECT_EQ(commands[0].instances[0].color, Types::Color4f(1, 1, 1));
-    EXPECT_EQ(commands[0].shader->Options(), 3U);
-    EXPECT_EQ(commands[1].shader->Options(), 1U);
-
-    object->SetColor(QColor(0, 255, 0));
-    fixture.Update();
-    EXPECT_EQ(fixture.Draw()[0].instances[0].color, Types::Color4f(0, 1, 0));
-}
-
-TEST(SimpleObjectTest, changedFileIsReadAgainWhenTheSymbolIsSetAnew) {
-    TemporaryFile const file("qor-simple-object-changed.ply");
-    file.WriteTriangle(1, false);
+TEST(SimpleObjectTest, filesShowTheirOwnColoursAndAreReadAgainWhenSetAnew) {
+    TemporaryFile const file("qor-simple-object.ply");
+    file.WriteTriangle(1);
     SceneFixture fixture;
     auto const object = fixture.AddCube();
     auto const other = fixture.AddCube();
     object->GetSymbol()->SetFile(file.path);
     other->GetSymbol()->SetFile(file.path);
+    other->SetColor(QColor(0, 255, 0));
+    fixture.AddCube();
     fixture.Update();
-    EXPECT_EQ(fixture.Draw().size(), 1U) << "two symbols of one file share what they draw";
+    auto const commands = fixture.Draw();
+    ASSERT_EQ(commands.size(), 2U) << "two symbols of one file share what they draw";
+    EXPECT_EQ(commands[0].instances[0].color, Types::Color4f(1, 1, 1));
+    EXPECT_EQ(commands[0].instances[1].color, Types::Color4f(0, 1, 0));
+    EXPECT_EQ(commands[0].shader->Options(), 3U);
+    EXPECT_EQ(commands[1].shader->Options(), 1U);
 
-    file.WriteTriangle(12.5, false);
-    object->SetColor(QColor(1, 2, 3));
+    file.WriteTriangle(12.5);
+    object->SetPickable(false);
     fixture.Update();
-    EXPECT_EQ(fixture.Child().BoundingBox().Max().y, 1);
+    EXPECT_EQ(fixture.Child(0).BoundingBox().Max().y, 1);
     object->GetSymbol()->SetFile({});
     object->GetSymbol()->SetFile(file.path);
     fixture.Update();

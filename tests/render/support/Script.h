@@ -94,17 +94,16 @@ public:
 /// What all visual nodes of a test share.
 struct World {
     std::array<unsigned, HookCount> calls{};
-    std::vector<std::pair<int, Hook>> trace;
+    std::vector<std::pair<int, Hook>> trace; ///< hooks in the order in which they ran; kept while onHook is set
     std::vector<std::string> complaints; ///< of nodes that found their context other than it should be
-    /// Runs in every hook of a scripted node; null for hooks of the update.
-    std::function<void(ScriptModel const&, Hook, DrawContext const*)> onHook;
+    std::function<void(ScriptModel const&, Hook)> onHook; ///< runs at the beginning of every hook
 
-    void Enter(ScriptModel const& p_model, Hook p_hook, DrawContext const* p_context = nullptr) {
+    void Enter(ScriptModel const& p_model, Hook p_hook) {
         ++calls[p_hook];
         if (!onHook)
             return;
         trace.emplace_back(p_model.number, p_hook);
-        onHook(p_model, p_hook, p_context);
+        onHook(p_model, p_hook);
     }
 };
 
@@ -262,14 +261,17 @@ private:
     }
     void DoSetup(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override {
         Write(p_context, p_agl);
-        _world.Enter(Model(), HookSetup, &p_context);
+        _world.Enter(Model(), HookSetup);
+        Play(HookSetup);
     }
     void DoSetupOverlay(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override {
         Write(p_context, p_agl);
-        _world.Enter(Model(), HookSetupOverlay, &p_context);
+        _world.Enter(Model(), HookSetupOverlay);
+        Play(HookSetupOverlay);
     }
     DrawResult DrawCube(DrawContext const& p_context, Hook p_hook) {
-        _world.Enter(Model(), p_hook, &p_context);
+        _world.Enter(Model(), p_hook);
+        Play(p_hook);
         Utility::Scoped<Ogl::Agl>(p_context.Graphics())->Draw(p_context.Geometry().UnitCube());
         return DrawResultDescend;
     }
@@ -279,12 +281,14 @@ private:
     DrawResult DoHighlightOverlay(DrawContext const& p_context) override {
         return DrawCube(p_context, HookHighlightOverlay);
     }
-    void DoTeardown(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override {
-        _world.Enter(Model(), HookTeardown, &p_context);
+    void DoTeardown(DrawContext const&, Utility::Scoped<Ogl::Agl>& p_agl) override {
+        _world.Enter(Model(), HookTeardown);
+        Play(HookTeardown);
         p_agl->PopAttrib();
     }
-    void DoTeardownOverlay(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override {
-        _world.Enter(Model(), HookTeardownOverlay, &p_context);
+    void DoTeardownOverlay(DrawContext const&, Utility::Scoped<Ogl::Agl>& p_agl) override {
+        _world.Enter(Model(), HookTeardownOverlay);
+        Play(HookTeardownOverlay);
         p_agl->PopAttrib();
     }
 

@@ -109,9 +109,10 @@ TEST_F(UnitSystemConverterTest, displayUnitsAreChecked) {
     EXPECT_EQ(units->GetDisplayUnit(L"Length", L"m"), L"kg");
     auto const undefined = StartsWith("\"!(p_quantityType.empty() || p_unit.empty()) && \"The quantity or unit cannot "
                                       "be undefined.\"\" - ");
-    EXPECT_THAT(log.texts(), ElementsAre(undefined, undefined,
-                                 StartsWith("\"AreConvertable(p_unit, unit) && \"Quantity and unit not compatible\"\" "
-                                            "- ")));
+    EXPECT_THAT(log.texts(),
+        ElementsAre(undefined, undefined,
+            StartsWith("\"AreConvertable(p_unit, unit) && \"Quantity and unit not compatible\"\" "
+                       "- ")));
 }
 
 TEST_F(UnitSystemConverterTest, withoutAConverterEveryQuestionIsReportedAndAnswered) {

@@ -1,0 +1,242 @@
+// Runs the program as a user does, and looks at exit codes, messages and files.
+
+#include <QImage>
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+std::string const Data = fs::weakly_canonical(std::string(QOR_TEST_DATA) + "/../../examples/data").string() + "/";
+
+struct Outcome {
+    int code = -1; ///< 128 and more: ended by a signal
+    std::string out;
+    std::string err;
+};
+
+std::string Content(fs::path const& p_file) {
+    std::ifstream file(p_file, std::ios::binary);
+    return (std::ostringstream() << file.rdbuf()).str();
+}
+
+class QorViewTest : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string folder = (fs::temp_directory_path() / "qorview.XXXXXX").string();
+        ASSERT_NE(mkdtemp(folder.data()), nullptr);
+        home = folder;
+    }
+    void TearDown() override { fs::remove_all(home); }
+
+    /// Runs the program with these words in the test's own folder, with more variables in its environment, and its standard
+    /// output written elsewhere.
+    Outcome Run(
+        std::vector<std::string> const& p_words, std::string const& p_environment = "", std::string const& p_out = "") {
+        std::string command = "cd '" + home.string() + "' && " + p_environment + " '" QOR_TEST_PROGRAM "'";
+        for (std::string const& word : p_words)
+            command += " '" + word + "'";
+        std::string const out = p_out.empty() ? home.string() + ".out" : p_out;
+        std::string const err = home.string() + ".err";
+        command += " >'" + out + "' 2>'" + err + "'";
+        int const status = std::system(command.c_str());
+        Outcome outcome;
+        outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        outcome.out = p_out.empty() ? Content(out) : "";
+        outcome.err = Content(err);
+        if (p_out.empty())
+            fs::remove(out);
+        fs::remove(err);
+        return outcome;
+    }
+
+    std::string Write(std::string const& p_name, std::string const& p_content) {
+        std::ofstream(home / p_name, std::ios::binary) << p_content;
+        return p_name;
+    }
+
+    std::size_t FilesInHome() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(home), fs::directory_iterator()));
+    }
+
+    /// Whether the machine has OpenGL without a display.
+    bool HasOpenGl() { return Run({Data + "bracket.obj", "--png", "probe.png", "--size", "8x8"}).code == 0; }
+
+    fs::path home;
+};
+
+/// One line, written by the program, that ends as a sentence does.
+auto IsOneSentence() {
+    return AllOf(StartsWith("qorview: "), EndsWith(".\n"), Not(ContainsRegex("\n.")));
+}
+
+TEST_F(QorViewTest, wrongCommandLinesAreOneSentenceAndExitCode2) {
+    std::string const file = Data + "bracket.obj";
+    struct Case {
+        std::vector<std::string> words;
+        std::string named;
+    };
+    std::vector<Case> cases{{{}, "--help"}, {{file, "--nonsense"}, "--nonsense"}, {{file, "--png"}, "--png"},
+        {{file, "--png", ""}, "--png"}, {{file, "--frames", "0"}, "--frames \"0\""},
+        {{file, "--frames", "-3"}, "--frames"}, {{file, "--frames", "many"}, "many"},
+        {{file, "--backend", "magic"}, "magic"}, {{file, "--projection", "fisheye"}, "fisheye"},
+        {{file, "--view", "1"}, "--view"}, {{file, "--view", "0,91"}, "0,91"}, {{file, "--view", "nan,0"}, "nan"},
+        {{file, "--up", "x"}, "--up"}, {{file, "--samples", "1000"}, "--samples"},
+        {{file, "--background", "nocolour"}, "nocolour"}, {{file, "--tree", "--json"}, "--json"},
+        {{file, "--backend", "recorder", "--png", "a.png"}, "recorder"}};
+    for (char const* const size : {"0x0", "-1x5", "5x-1", "0x100", "16385x1", "1x99999999", "16384x16384", "x", "10x",
+             "x10", "10x10x10", "1e3x5", "garbage", "", " 10x10", "99999999999999999999x5"})
+        cases.push_back({{file, "--png", "a.png", "--size", size}, "--size \"" + std::string(size) + "\""});
+    for (Case const& wrong : cases) {
+        Outcome const outcome = Run(wrong.words);
+        EXPECT_EQ(outcome.code, 2) << wrong.named;
+        EXPECT_THAT(outcome.err, AllOf(IsOneSentence(), HasSubstr(wrong.named)));
+        EXPECT_EQ(outcome.out, "");
+    }
+    EXPECT_EQ(FilesInHome(), 0U);
+}
+
+TEST_F(QorViewTest, unusableFilesAreOneSentenceAndExitCode1) {
+    std::string const whole = Content(Data + "demo.glb");
+    fs::create_directory(home / "folder.glb");
+    std::vector<std::string> const files{"missing.glb", "", "folder.glb", Write("empty.glb", ""),
+        Write("x.xyzzy", "hello"), Write("noextension", "hello"), Write("cut.glb", whole.substr(0, 3000)),
+        Write("half.glb", whole.substr(0, whole.size() / 2)), Write("noise.glb", std::string(4000, '\x5A')),
+        Write("text.stl", "solid"), Write("text.obj", "hello world"),
+        Write("text.ply", "ply\nformat ascii 1.0\nelement vertex 4000000000\n"), Write("wrong.gltf", "{\"asset\":{}")};
+    std::size_t const before = FilesInHome();
+    for (std::string const& file : files) {
+        for (char const* const backend : {"recorder", "gl"}) {
+            Outcome const outcome = Run({file, "--backend", backend});
+            EXPECT_EQ(outcome.code, 1) << file;
+            EXPECT_THAT(outcome.err, IsOneSentence()) << file;
+            if (std::string(backend) == "recorder") {
+                EXPECT_THAT(outcome.err, HasSubstr("\"" + file + "\""));
+            }
+            EXPECT_EQ(outcome.out, "");
+        }
+    }
+    EXPECT_EQ(FilesInHome(), before);
+}
+
+TEST_F(QorViewTest, unreadableFilesAndUnwritablePicturesAreOneSentence) {
+    if (geteuid() != 0) {
+        fs::permissions(Write("secret.obj", "v 0 0 0"), fs::perms::none);
+        EXPECT_THAT(Run({"secret.obj", "--backend", "recorder"}).err, AllOf(IsOneSentence(), HasSubstr("secret.obj")));
+    }
+    fs::create_directory(home / "folder");
+    for (char const* const target : {"/nowhere/a.png", "folder", "/proc/a.png", "/dev/null", "noextension/a.png"}) {
+        Outcome const outcome = Run({Data + "bracket.obj", "--size", "20x20", "--png", target});
+        EXPECT_EQ(outcome.code, 1) << target;
+        EXPECT_THAT(outcome.err, IsOneSentence());
+    }
+    EXPECT_EQ(FilesInHome(), 1U);
+}
+
+TEST_F(QorViewTest, aMachineWithoutOpenGlGetsOneSentenceAndCanStillCount) {
+    std::string const nothing = "__EGL_VENDOR_LIBRARY_FILENAMES=/nonexistent LIBGL_DRIVERS_PATH=/nonexistent";
+    Outcome const drawn = Run({Data + "bracket.obj", "--png", "a.png"}, nothing);
+    if (drawn.code == 0)
+        GTEST_SKIP() << "OpenGL cannot be hidden from a program here";
+    EXPECT_EQ(drawn.code, 1);
+    EXPECT_THAT(drawn.err, IsOneSentence());
+    EXPECT_EQ(FilesInHome(), 0U);
+    EXPECT_EQ(Run({Data + "bracket.obj", "--backend", "recorder"}, nothing).code, 0);
+}
+
+TEST_F(QorViewTest, everySampleBecomesAPictureOfTheAskedSize) {
+    if (!HasOpenGl())
+        GTEST_SKIP() << "no OpenGL here";
+    for (char const* const file : {"demo.glb", "bracket.obj", "wave.ply", "knot.stl"}) {
+        Outcome const outcome = Run({Data + file, "--png", "a.png", "--size", "160x100", "--background", "#102030"});
+        EXPECT_EQ(outcome.code, 0) << outcome.err;
+        EXPECT_EQ(outcome.err, "");
+        QImage const image(QString::fromStdString((home / "a.png").string()));
+        ASSERT_EQ(image.size(), QSize(160, 100)) << file;
+        EXPECT_EQ(image.pixelColor(0, 99).name(), "#102030");
+        int drawn = 0;
+        for (int y = 0; y < 100; ++y) {
+            for (int x = 0; x < 160; ++x)
+                drawn += image.pixelColor(x, y) != QColor("#102030") ? 1 : 0;
+        }
+        EXPECT_GT(drawn, 160 * 100 / 8) << file;
+    }
+    EXPECT_EQ(FilesInHome(), 2U) << "no temporary file is left";
+}
+
+TEST_F(QorViewTest, aPictureTakesThePlaceOfTheOldOneAndFollowsLinks) {
+    if (!HasOpenGl())
+        GTEST_SKIP() << "no OpenGL here";
+    Write("old.png", "old");
+    fs::permissions(home / "old.png", fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+    fs::create_symlink("old.png", home / "link.png");
+    ASSERT_EQ(Run({Data + "bracket.obj", "--png", "link.png", "--size", "16x16"}).code, 0);
+    EXPECT_TRUE(fs::is_symlink(home / "link.png"));
+    EXPECT_EQ(QImage(QString::fromStdString((home / "old.png").string())).width(), 16);
+    EXPECT_EQ(fs::status(home / "old.png").permissions(),
+        fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+
+    Write("keep.png", "old");
+    EXPECT_EQ(Run({"missing.glb", "--png", "keep.png"}).code, 1);
+    EXPECT_EQ(Content(home / "keep.png"), "old");
+}
+
+TEST_F(QorViewTest, framesOfAnUnchangedTreeCostOneVisit) {
+    Outcome const outcome = Run({Data + "demo.glb", "--backend", "recorder", "--frames", "4", "--spin"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_THAT(outcome.out, ContainsRegex("frame 1: visited 180, updated 147, drawn 147"));
+    for (char const* const frame : {"2", "3", "4"})
+        EXPECT_THAT(outcome.out, HasSubstr(std::string("frame ") + frame + ": visited 1, updated 0, drawn 147"));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("frame 5")));
+    EXPECT_THAT(
+        outcome.out, AllOf(HasSubstr("nodes       180"), HasSubstr("triangles   17356"), HasSubstr("32 groups")));
+}
+
+TEST_F(QorViewTest, theTreeShowsHierarchyPathsFlagsBoxesAndPasses) {
+    Outcome const outcome = Run({Data + "demo.glb", Data + "bracket.obj", "--backend", "recorder", "--tree"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_THAT(outcome.out, StartsWith("SceneVis \"scene\"  path "));
+    EXPECT_THAT(outcome.out,
+        ContainsRegex(
+            "\n          Group \"bands\"  path [0-9]+/[0-9]+/[0-9]+/[0-9]+/[0-9]+/[0-9]+  layer 0  flags active  "
+            "box \\[.*\\]  passes hit,draw\n            SimpleObject \"band 1\""));
+    EXPECT_THAT(outcome.out, HasSubstr("Group \"bracket.obj\""));
+}
+
+TEST_F(QorViewTest, jsonHoldsTheSameFigures) {
+    Outcome const outcome = Run({Data + "wave.ply", "--backend", "recorder", "--json"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_THAT(outcome.out,
+        AllOf(StartsWith("{"), EndsWith("}\n"), HasSubstr("\"triangles\": 1352"), HasSubstr("\"nodes\": 3")));
+}
+
+TEST_F(QorViewTest, helpAndVersionGoToStandardOutput) {
+    Outcome const help = Run({"--help"});
+    EXPECT_EQ(help.code, 0);
+    for (char const* const option : {"--png", "--size", "--tree", "--frames", "--spin", "--backend", "--json"})
+        EXPECT_THAT(help.out, HasSubstr(option));
+    Outcome const version = Run({"--version"});
+    EXPECT_EQ(version.code, 0);
+    EXPECT_THAT(version.out, ContainsRegex("^qorview [0-9]+\\.[0-9]+"));
+    Outcome const full = Run({"--version"}, "", "/dev/full");
+    EXPECT_EQ(full.code, 1);
+    EXPECT_THAT(full.err, IsOneSentence());
+}
+
+} // namespace

@@ -1,0 +1,162 @@
+#include "host/Camera.h"
+
+#include "framework/ogl/Agl.h"
+#include "framework/ogl/RecorderBackend.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace Qor::Chart::Host {
+namespace {
+
+using Box = Camera::Box;
+using Render::ProjectionMode;
+using Vector = Camera::Vector;
+using Viewport = Types::Viewport<0>;
+
+/// The projection that a frame would use for the camera.
+Types::Matrix4 ProjectionOf(Camera const& p_camera, Box const& p_box, Viewport const& p_viewport) {
+    Ogl::Agl agl(std::make_unique<Ogl::RecorderBackend>());
+    agl.MatrixMode(Ogl::Tokens::AGL_PROJECTION);
+    agl.LoadIdentity();
+    if (p_camera.GetProjectionMode() == ProjectionMode::Perspective)
+        agl.Perspective(p_viewport, p_box, p_camera.Matrix(p_box));
+    else
+        agl.Ortho(p_viewport, p_box, p_camera.Matrix(p_box));
+    return agl.Get(Ogl::Tokens::AGL_PROJECTION_MATRIX);
+}
+
+Vector Project(Types::Matrix4 const& p_matrix, Vector const& p_point) {
+    auto const device = p_matrix * Types::Vector4_Base<double>(p_point, 1);
+    return device.XYZ() / device.w;
+}
+
+/// The rectangle of normalised device coordinates that a box covers, with its depths.
+Box Seen(Types::Matrix4 const& p_projection, Box const& p_box) {
+    Box seen;
+    for (unsigned corner = 0; corner < 8; ++corner)
+        seen.Add(Project(p_projection, p_box.Corner(corner)));
+    return seen;
+}
+
+TEST(CameraTest, fittedBoxesFillTheViewAndLieBetweenTheClippingPlanes) {
+    std::vector<Box> const boxes{Box(Vector(-1, -1, -1), Vector(1, 1, 1)),
+        Box(Vector(1e6, 5, -3), Vector(1e6 + 40, 5.5, 90)), Box(Vector(0, 0, 0), Vector(1000, 0, 1000)),
+        Box(Vector(2, 0, 2), Vector(2, 9, 2)), Box(Vector(-1e-6, 0, 0), Vector(1e-6, 1e-6, 1e-6))};
+    for (Box const& box : boxes) {
+        for (Viewport const& viewport :
+            {Viewport(0, 0, 640, 480), Viewport(10, 10, 100, 900), Viewport(0, 0, 3000, 9)}) {
+            for (auto const mode : {ProjectionMode::Orthographic, ProjectionMode::Perspective}) {
+                for (auto const& [azimuth, elevation] :
+                    {std::pair(35.0, 27.0), {0.0, 90.0}, {-120.0, -10.0}, {90.0, 0.0}}) {
+                    Camera camera;
+                    camera.SetProjectionMode(mode);
+                    camera.Look(azimuth, elevation);
+                    camera.Fit(box, viewport);
+                    Box const seen = Seen(ProjectionOf(camera, box, viewport), box);
+                    double const reach = std::max(seen.Max().x, seen.Max().y);
+                    std::string const what = (std::ostringstream() << box << azimuth << int(mode)).str();
+                    if (seen.Extents().x < 1e-6 && seen.Extents().y < 1e-6)
+                        continue; // an edge seen from its end
+                    // An eye that would have to be inside the box to fill a narrow view stays away a little.
+                    if (mode == ProjectionMode::Orthographic || viewport.height == 480) {
+                        EXPECT_NEAR(reach, 0.94, 1e-3) << what;
+                    }
+                    EXPECT_LT(reach, 0.9401) << what;
+                    EXPECT_NEAR(seen.Min().x + seen.Max().x, 0, 1e-6) << what;
+                    EXPECT_NEAR(seen.Min().y + seen.Max().y, 0, 1e-6) << what;
+                    EXPECT_GT(seen.Min().z, -1) << what;
+                    EXPECT_LT(seen.Max().z, 1) << what;
+                }
+            }
+        }
+    }
+}
+
+TEST(CameraTest, degenerateBoxesAndViewportsStillGiveAView) {
+    Box point;
+    point.Add(Vector(7, 8, 9));
+    for (Box const& box : {Box(), point}) {
+        for (Viewport const& viewport : {Viewport(), Viewport(0, 0, 100, 0), Viewport(0, 0, 100, 100)}) {
+            Camera camera;
+            camera.Fit(box, viewport);
+            EXPECT_TRUE(camera.FocusBox().IsDefined());
+            EXPECT_EQ(camera.FocusBox().Extents(), Vector(1, 1, 1));
+            EXPECT_TRUE(camera.Matrix(box).IsFinite());
+            EXPECT_TRUE(camera.Matrix().Inverse().has_value());
+        }
+    }
+    Camera camera;
+    camera.Look(std::nan(""), 10);
+    camera.Orbit(0, INFINITY);
+    EXPECT_EQ(camera.Elevation(), Camera::DefaultElevation);
+    camera.Orbit(400, 500);
+    EXPECT_EQ(camera.Elevation(), 90);
+    EXPECT_NEAR(camera.Azimuth(), 75, 1e-9);
+}
+
+TEST(CameraTest, partsThatLeaveTheCornersFreeAreSeenLarger) {
+    Box const box(Vector(-5, 0, -5), Vector(5, 1, 5));
+    std::vector<Box> const parts{Box(Vector(-5, 0, -1), Vector(5, 1, 1)), Box(Vector(-1, 0, -5), Vector(1, 1, 5))};
+    Viewport const viewport(0, 0, 800, 600);
+    Camera loose;
+    loose.Fit(box, viewport);
+    Camera tight;
+    tight.Fit(box, viewport, parts);
+    EXPECT_GT(tight.Zoom(), 1.1 * loose.Zoom());
+    Box seen;
+    for (Box const& part : parts)
+        seen.Add(Seen(ProjectionOf(tight, box, viewport), part));
+    EXPECT_NEAR(std::max(seen.Max().x, seen.Max().y), 0.94, 1e-6);
+}
+
+TEST(CameraTest, anotherBoxChangesTheClippingPlanesButNotThePicture) {
+    Box const fitted(Vector(0, 0, 0), Vector(4, 2, 3));
+    Viewport const viewport(0, 0, 300, 200);
+    for (auto const mode : {ProjectionMode::Orthographic, ProjectionMode::Perspective}) {
+        Camera camera;
+        camera.SetProjectionMode(mode);
+        camera.Fit(fitted, viewport);
+        Box const grown(Vector(-1, 0, 0), Vector(4, 3, 3.5));
+        Types::Matrix4 const before = ProjectionOf(camera, fitted, viewport);
+        Types::Matrix4 const after = ProjectionOf(camera, grown, viewport);
+        for (unsigned corner = 0; corner < 8; ++corner) {
+            Vector const was = Project(before, fitted.Corner(corner));
+            Vector const is = Project(after, fitted.Corner(corner));
+            EXPECT_NEAR(was.x, is.x, 1e-9);
+            EXPECT_NEAR(was.y, is.y, 1e-9);
+            EXPECT_LT(std::abs(Project(after, grown.Corner(corner)).z), 1);
+        }
+    }
+}
+
+TEST(CameraTest, directionsAreThoseOfTheHeader) {
+    struct Case {
+        Camera::UpAxis up;
+        double azimuth;
+        double elevation;
+        Vector towardsViewer;
+        Vector upwards;
+    };
+    for (Case const& view : {Case{Camera::UpAxis::Y, 0, 0, {0, 0, 1}, {0, 1, 0}},
+             {Camera::UpAxis::Y, 90, 0, {1, 0, 0}, {0, 1, 0}}, {Camera::UpAxis::Y, 0, 90, {0, 1, 0}, {0, 0, -1}},
+             {Camera::UpAxis::Z, 0, 0, {0, -1, 0}, {0, 0, 1}}, {Camera::UpAxis::Z, 90, 0, {1, 0, 0}, {0, 0, 1}}}) {
+        Camera camera;
+        camera.SetUpAxis(view.up);
+        camera.SetProjectionMode(ProjectionMode::Orthographic);
+        camera.Look(view.azimuth, view.elevation);
+        camera.Fit(Box(Vector(-1, -1, -1), Vector(1, 1, 1)), Viewport(0, 0, 10, 10));
+        Types::Matrix4 const matrix = camera.Matrix();
+        Vector const viewer = Normalized((matrix * Types::Vector4_Base<double>(view.towardsViewer, 0)).XYZ());
+        Vector const upwards = Normalized((matrix * Types::Vector4_Base<double>(view.upwards, 0)).XYZ());
+        EXPECT_NEAR(viewer.z, 1, 1e-12);
+        EXPECT_NEAR(upwards.y, 1, 1e-12);
+    }
+}
+
+} // namespace
+} // namespace Qor::Chart::Host
