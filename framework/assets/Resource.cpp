@@ -37,7 +37,7 @@ void Resource::AddFolder(qorfile::filepath p_folder) {
 qorfile::filepath Resource::ImageFile(std::string const& p_name) const {
     for (qorfile::filepath const& folder : _folders) {
         for (char const* extension : ImageExtensions) {
-            qorfile::filepath const file = folder / qorfile::filepath(p_name + extension);
+            qorfile::filepath file = folder / qorfile::filepath(p_name + extension);
             if (qorfile::fileexists(file)) {
                 return file;
             }

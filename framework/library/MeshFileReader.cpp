@@ -40,8 +40,7 @@ namespace {
 /// Of the whole of loading: what the importer takes, the rest is for taking over what it read.
 constexpr double ImporterShare = 0.8;
 
-constexpr unsigned PostProcessing =
-    aiProcess_RemoveComponent | aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_JoinIdenticalVertices;
+constexpr unsigned PostProcessing = aiProcess_RemoveComponent | aiProcess_Triangulate | aiProcess_SortByPType;
 
 constexpr int UnusedComponents = aiComponent_TANGENTS_AND_BITANGENTS | aiComponent_BONEWEIGHTS |
     aiComponent_ANIMATIONS | aiComponent_TEXTURES | aiComponent_LIGHTS | aiComponent_CAMERAS;
@@ -101,6 +100,15 @@ Ogl::Token KindOf(aiMesh const& p_mesh) {
 
 unsigned CornersOf(Ogl::Token p_kind) {
     return p_kind == Ogl::Tokens::AGL_TRIANGLES ? 3 : p_kind == Ogl::Tokens::AGL_LINES ? 2 : 1;
+}
+
+/// True when primitives have vertices of their own instead of sharing them, as in formats without indices.
+bool WantsJoining(aiScene const& p_scene) {
+    return std::ranges::any_of(std::span(p_scene.mMeshes, p_scene.mNumMeshes), [](aiMesh const* p_mesh) {
+        std::size_t const corners =
+            std::size_t{p_mesh->mNumFaces} * (p_mesh->mNumFaces ? p_mesh->mFaces[0].mNumIndices : 0);
+        return p_mesh->mNumVertices > corners / 10 * 9;
+    });
 }
 
 /// What kinds of primitives there really are; points for a mesh without any.
@@ -223,7 +231,7 @@ void MeshFileReader::Read() {
     } catch (ModelFileError const&) {
         throw;
     } catch (std::bad_alloc const&) {
-        Fail(_path, "it is too large for the memory of this machine, or damaged", "split it, or export it again");
+        FailMemory();
     } catch (std::exception const& failure) {
         FailImport(failure.what());
     }
@@ -279,7 +287,8 @@ aiScene const& MeshFileReader::Import() {
     for (aiMesh* mesh : std::span(scene->mMeshes, scene->mNumMeshes)) {
         Clean(*mesh);
     }
-    scene = scene->mNumMeshes == 0 ? nullptr : _importer->ApplyPostProcessing(PostProcessing);
+    unsigned const joining = WantsJoining(*scene) ? static_cast<unsigned>(aiProcess_JoinIdenticalVertices) : 0U;
+    scene = scene->mNumMeshes == 0 ? nullptr : _importer->ApplyPostProcessing(PostProcessing | joining);
     CheckStopped();
     if (!scene) {
         Fail(_path, "there is nothing to draw in it", "choose a file with triangles, lines or points");
@@ -287,10 +296,17 @@ aiScene const& MeshFileReader::Import() {
     return *scene;
 }
 
+void MeshFileReader::FailMemory() const {
+    Fail(_path, "it is damaged, or too large for the memory of this machine", "export it again, in smaller parts");
+}
+
 void MeshFileReader::FailImport(std::string const& p_words) const {
     std::string const extension = _path.extension();
     if (extension.empty()) {
         Fail(_path, "its name has no extension that tells the format", "rename it");
+    }
+    if (p_words.find("bad_alloc") != std::string::npos) {
+        FailMemory();
     }
     if (!_importer->IsExtensionSupported(extension)) {
         Fail(_path, "\"" + extension + "\" is no known model format", "convert it to glTF, OBJ, PLY or STL");

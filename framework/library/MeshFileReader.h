@@ -35,6 +35,7 @@ private:
     void CheckFile() const;
     void CheckContent() const;
     aiScene const& Import();
+    [[noreturn]] void FailMemory() const;
     [[noreturn]] void FailImport(std::string const& p_words) const;
     void Clean(aiMesh& p_mesh);
     void ReadMeshes(aiScene const& p_scene);

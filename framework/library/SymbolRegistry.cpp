@@ -112,7 +112,7 @@ Symbol SymbolRegistry::LoadModel(std::string const& p_file) const {
     if (Symbol symbol = Entry(reference.path).whole.Lock()) {
         return symbol;
     }
-    Symbol const symbol = OpenModel(reference.path)->WholeSymbol();
+    Symbol symbol = OpenModel(reference.path)->WholeSymbol();
     Entry(reference.path).whole = WeakSymbol(symbol);
     return symbol;
 }

@@ -440,6 +440,7 @@ void UpdateLoop::UpdateOptimalPaths(Vis& p_vis, CallbackTypeBitSet p_children) {
     ClearPendingUpdateAttempt(p_vis);
     if (!p_step.isSorted && !std::is_sorted(p_vis.begin(), p_vis.end(), &LayerSortNodes))
         p_vis.StableSort(&LayerSortNodes);
+    p_vis.CloseHoles();
     Tracker(p_vis).Reset();
     if (p_step.toRetry) {
         for (Core::WeakPtr<Core::Node> const& model : *p_step.toRetry)
