@@ -32,7 +32,7 @@ void Hang(std::vector<Core::Ptr<Model::ModelNode>> p_nodes, std::size_t p_fanOut
         std::vector<Core::Ptr<Model::ModelNode>> groups;
         for (std::size_t position = 0; position < p_nodes.size(); ++position) {
             if (position % p_fanOut == 0)
-                groups.push_back(Core::MakeNode<Model::Group>());
+                groups.emplace_back(Core::MakeNode<Model::Group>());
             groups.back()->Add(p_nodes[position]);
         }
         p_nodes = std::move(groups);

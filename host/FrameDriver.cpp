@@ -129,7 +129,7 @@ void FrameDriver::DrawPasses(Camera const& p_camera, Types::Viewport<0> const& p
     draw.SetShowBounds(_showBounds);
     PrepareView(p_camera, p_viewport, draw);
     LoadView(draw);
-    Clear();
+    ClearTarget();
     SetUpLights(draw);
     DrawContext highlight(draw, DrawContext::DrawInfo{DrawContext::DrawMode::Highlight, draw.Flags()});
 
@@ -140,7 +140,7 @@ void FrameDriver::DrawPasses(Camera const& p_camera, Types::Viewport<0> const& p
     RunPass(FrameStatistics::OverlayHighlight, highlight);
 }
 
-void FrameDriver::Clear() {
+void FrameDriver::ClearTarget() {
     Ogl::Agl& agl = _scene.Graphics();
     agl.Disable(AGL_SCISSOR_TEST);
     agl.DepthMask(true);
@@ -152,6 +152,8 @@ void FrameDriver::Clear() {
     agl.Clear(AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT | AGL_STENCIL_BUFFER_BIT);
     agl.Enable(AGL_DEPTH_TEST);
     agl.DepthFunc(AGL_LEQUAL);
+    agl.PointSize(_scene.Schema().pointSize);
+    agl.LineWidth(_scene.Schema().lineWidth);
 }
 
 void FrameDriver::PrepareView(Camera const& p_camera, Types::Viewport<0> const& p_viewport, DrawContext& p_context) {

@@ -55,7 +55,8 @@ public:
 
 private:
     void DrawPasses(Camera const& p_camera, Types::Viewport<0> const& p_viewport);
-    void Clear();
+    /// Clears, and sets what a scene starts with: the depth test, the sizes of points and lines.
+    void ClearTarget();
     void PrepareView(Camera const& p_camera, Types::Viewport<0> const& p_viewport, Render::DrawContext& p_context);
     void LoadView(Render::DrawContext const& p_context);
     void SetUpLights(Render::DrawContext& p_context);

@@ -13,26 +13,30 @@ namespace Qor::Chart::Host {
 class Importer::Builder {
 public:
     explicit Builder(Library::MeshFile const& p_file)
-        : _file(p_file), _symbols(p_file.Meshes().size()), _groups(p_file.Nodes().size()) {}
+        : _file(p_file)
+        , _symbols(p_file.Meshes().size())
+        , _groups(p_file.Nodes().size())
+        , _children(p_file.Nodes().size()) {}
 
     Result Build() {
         _result.root = MakeGroup(_file.Path().filename());
         _result.dropped = _file.DroppedPrimitives();
         for (std::size_t number = 0; number < _file.Nodes().size(); ++number)
             AddNode(number);
+        Link();
         return std::move(_result);
     }
 
 private:
     using Node = Library::MeshFile::Node;
     using MeshInfo = Library::MeshFile::MeshInfo;
+    using Children = std::vector<Core::Ptr<Model::ModelNode>>;
 
     void AddNode(std::size_t p_number) {
         Node const& node = _file.Nodes()[p_number];
-        Core::Ptr<Model::Group> const& parent =
-            node.parent == Library::MeshFile::NoParent ? _result.root : _groups[node.parent];
+        Children& siblings = node.parent == Library::MeshFile::NoParent ? _top : _children[node.parent];
         if (node.children.empty() && node.meshes.size() == 1) {
-            AddObject(*parent, node, node.meshes.front(), node.name);
+            AddObject(siblings, node, node.meshes.front(), node.name);
             return;
         }
         // A nameless root that holds everything is the file itself.
@@ -40,10 +44,20 @@ private:
             _groups[p_number] = _result.root;
         } else {
             _groups[p_number] = MakeGroup(node.name.empty() ? "node " + std::to_string(p_number) : node.name);
-            parent->Add(_groups[p_number]);
+            siblings.push_back(_groups[p_number]);
         }
         for (std::uint32_t const mesh : node.meshes)
-            AddObject(*_groups[p_number], node, mesh, _file.Meshes()[mesh].name);
+            AddObject(_children[p_number], node, mesh, _file.Meshes()[mesh].name);
+    }
+
+    /// Puts the tree together from its leaves up: a change spreads to all that is above, and here that is nothing yet.
+    void Link() {
+        for (std::size_t number = _children.size(); number-- > 0;) {
+            for (Core::Ptr<Model::ModelNode> const& child : _children[number])
+                _groups[number]->Add(child);
+        }
+        for (Core::Ptr<Model::ModelNode> const& child : _top)
+            _result.root->Add(child);
     }
 
     Core::Ptr<Model::Group> MakeGroup(std::string p_name) {
@@ -53,7 +67,7 @@ private:
         return group;
     }
 
-    void AddObject(Model::Group& p_parent, Node const& p_node, std::uint32_t p_mesh, std::string const& p_name) {
+    void AddObject(Children& p_siblings, Node const& p_node, std::uint32_t p_mesh, std::string const& p_name) {
         MeshInfo const& mesh = _file.Meshes()[p_mesh];
         if (!mesh.symbol)
             return;
@@ -64,7 +78,7 @@ private:
             ++_result.dropped;
             return;
         }
-        p_parent.Add(object);
+        p_siblings.push_back(object);
         ++_result.objects;
         Count(mesh);
     }
@@ -100,6 +114,8 @@ private:
     Library::MeshFile const& _file;
     std::vector<Core::Ptr<Model::Symbol>> _symbols; ///< by mesh, made when first used
     std::vector<Core::Ptr<Model::Group>> _groups; ///< by node; empty where the node became an object
+    std::vector<Children> _children; ///< by node, of its group
+    Children _top; ///< of the root
     Result _result;
 };
 

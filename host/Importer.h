@@ -16,10 +16,6 @@ namespace Qor::Chart::Library {
 class SymbolRegistry;
 }
 
-namespace Qor::Chart::Model {
-class Symbol;
-}
-
 namespace Qor::Chart::Host {
 
 /// Makes model trees of model files, in any format that the symbol registry reads. Every node of the file becomes a group of

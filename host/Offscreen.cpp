@@ -31,6 +31,12 @@ void CheckSize(Types::Size const& p_size) {
             std::to_string(Offscreen::MaxPixels / (1024L * 1024)) + " million pixels, such as 8192x8192.");
 }
 
+/// Samples cost as much memory as pixels: a large picture gets fewer, as many as fit into the memory of the largest one.
+int AffordableSamples(Types::Size const& p_size, int p_samples) {
+    long const affordable = Offscreen::MaxPixels / (static_cast<long>(p_size.width) * p_size.height);
+    return static_cast<int>(std::min<long>(std::max(p_samples, 0), affordable));
+}
+
 } // namespace
 
 Offscreen::Offscreen(Types::Size const& p_size, int p_samples, Device p_device) : _size(p_size) {
@@ -38,7 +44,8 @@ Offscreen::Offscreen(Types::Size const& p_size, int p_samples, Device p_device) 
     std::unique_ptr<Ogl::Backend> backend;
     if (p_device == Device::OpenGl) {
         _context = std::make_unique<Ogl::Context>();
-        _target = std::make_unique<Ogl::OffscreenTarget>(p_size.width, p_size.height, std::max(p_samples, 0));
+        _target =
+            std::make_unique<Ogl::OffscreenTarget>(p_size.width, p_size.height, AffordableSamples(p_size, p_samples));
         backend = std::make_unique<Ogl::OpenGlBackend>();
     } else {
         backend = std::make_unique<Ogl::RecorderBackend>(Ogl::RecorderBackend::Keep::Counters);

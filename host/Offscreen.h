@@ -41,7 +41,8 @@ public:
     };
 
     /// @param p_size     in pixels
-    /// @param p_samples  samples a pixel to smooth edges with, 0 for none; a device that has fewer uses fewer
+    /// @param p_samples  samples a pixel to smooth edges with, 0 for none; fewer on a device that has fewer, and where
+    ///                   a large picture would take too much memory
     /// @throws HostError for a size that is empty or beyond the limits
     /// @throws Ogl::ContextError when the machine has no OpenGL 3.3 through EGL, or the device has no such target
     explicit Offscreen(Types::Size const& p_size, int p_samples = DefaultSamples, Device p_device = Device::OpenGl);

@@ -50,7 +50,10 @@ void Program::Run() {
     if (!_options.png.empty())
         picture.emplace(_options.png);
     _offscreen = std::make_unique<Host::Offscreen>(_options.size, _options.samples, _options.device);
-    _offscreen->GetScene().Schema().clearColor = _options.background;
+    Types::Schema& schema = _offscreen->GetScene().Schema();
+    schema.clearColor = _options.background;
+    schema.pointSize = 5;
+    schema.lineWidth = 1.5F;
     _offscreen->Driver().SetShowBounds(_options.bounds);
     Host::Camera& camera = _offscreen->GetCamera();
     camera.SetProjectionMode(_options.projection);

@@ -51,6 +51,11 @@ def around_z(degrees):
 
 # --- shapes: lists of vertices (position, normal[, colour]) and triangles ----------------------------------------------
 
+def linear(shown):
+    """A colour value as glTF keeps it: an intensity of light."""
+    return shown / 12.92 if shown <= 0.04045 else ((shown + 0.055) / 1.055) ** 2.4
+
+
 class Shape:
     def __init__(self):
         self.positions = []
@@ -280,7 +285,7 @@ class Gltf:
             "NORMAL": self._accessor(b"".join(struct.pack("<3f", *n) for n in shape.normals), 34962,
                                      componentType=5126, type="VEC3", count=count)}
         if shape.colors:
-            colors = b"".join(struct.pack("<4B", *[round(255 * c) for c in color], 255) for color in shape.colors)
+            colors = b"".join(struct.pack("<4B", *[round(255 * linear(c)) for c in color], 255) for color in shape.colors)
             attributes["COLOR_0"] = self._accessor(colors, 34962, componentType=5121, normalized=True, type="VEC4",
                                                    count=count)
         flat = [i for triangle in shape.triangles for i in triangle]
@@ -290,7 +295,7 @@ class Gltf:
 
     def material(self, color):
         if color not in self.materials:
-            rgb = [int(color[i:i + 2], 16) / 255 for i in (1, 3, 5)]
+            rgb = [linear(int(color[i:i + 2], 16) / 255) for i in (1, 3, 5)]
             self.json["materials"].append({"name": color, "pbrMetallicRoughness":
                                            {"baseColorFactor": [round(c, 4) for c in rgb] + [1.0], "metallicFactor": 0.0}})
             self.materials[color] = len(self.json["materials"]) - 1

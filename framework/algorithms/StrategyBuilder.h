@@ -70,7 +70,7 @@ private:
     static Utility::TypeInfo QueryTypeOf(Argument const& p_argument) { return TypeQuery::QueryTypeOf(p_argument); }
 
     template <class Type, class Callable>
-    static Factory Adapt(Callable&& p_factory) {
+    static Factory Adapt(Callable p_factory) {
         if constexpr (std::is_invocable_v<Callable&, Argument const&>) {
             return Factory(std::move(p_factory));
         } else {

@@ -1,6 +1,7 @@
 #include "framework/assets/Resource.h"
 
 #include "framework/assets/BuiltInImages.h"
+#include "framework/assets/InstalledFonts.h"
 #include "framework/qorfile/fileexists.h"
 #include "framework/utility/Logger.h"
 
@@ -15,6 +16,7 @@ namespace Qor::Chart::Assets {
 namespace {
 
 constexpr std::array ImageExtensions{".png", ".jpg", ".bmp"};
+constexpr std::array FontExtensions{".ttf", ".otf"};
 
 std::optional<std::string> ReadText(qorfile::filepath const& p_file) {
     std::ifstream stream(p_file.string(), std::ios::binary);
@@ -31,6 +33,7 @@ std::optional<std::string> ReadText(qorfile::filepath const& p_file) {
 
 void Resource::AddFolder(qorfile::filepath p_folder) {
     _folders.push_back(std::move(p_folder));
+    _fontSets.clear();
     std::erase_if(_shaderSources, [](auto const& p_entry) { return !p_entry.second; });
 }
 
@@ -57,6 +60,25 @@ std::shared_ptr<ShaderText const> Resource::ShaderSource(std::string const& p_na
 void Resource::SetShaderSource(ShaderText p_text) {
     std::string const name = p_text.name;
     _shaderSources[name] = std::make_shared<ShaderText const>(std::move(p_text));
+}
+
+std::vector<FontFile> Resource::FontSet(std::string const& p_name) const {
+    if (auto const found = _fontSets.find(p_name); found != _fontSets.end()) {
+        return found->second;
+    }
+    std::vector<FontFile> fonts = InstalledFonts::Find(p_name);
+    for (auto folder = _folders.rbegin(); folder != _folders.rend() && !p_name.empty(); ++folder) {
+        for (char const* extension : FontExtensions) {
+            qorfile::filepath const file = *folder / qorfile::filepath(p_name + extension);
+            if (qorfile::fileexists(file)) {
+                fonts.insert(fonts.begin(), FontFile{file, 0});
+            }
+        }
+    }
+    if (!fonts.empty()) {
+        _fontSets[p_name] = fonts;
+    }
+    return fonts;
 }
 
 std::shared_ptr<ShaderText const> Resource::ReadShaderSource(std::string const& p_name) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
+#include "framework/assets/FontFile.h"
 #include "framework/assets/ShaderText.h"
 #include "framework/qorfile/filepath.h"
 
@@ -11,7 +12,7 @@
 
 namespace Qor::Chart::Assets {
 
-/// Finds by name what the library draws with: images and shader sources. A host may put its own in front, in folders that
+/// Finds by name what the library draws with: images, shader sources and fonts. A host may put its own in front, in folders that
 /// it adds; what it does not replace is built into the library.
 class QOR_FRAMEWORK_API Resource {
 public:
@@ -30,11 +31,17 @@ public:
     /// Replaces the source named by p_text.name from now on.
     void SetShaderSource(ShaderText p_text);
 
+    /// The fonts of that name, the preferred one first, followed by those that have the characters it lacks: NAME.ttf or
+    /// NAME.otf of one of the folders, else the family of that name that is installed or what comes nearest to it. An empty
+    /// name stands for the default fonts. Empty only when no font with outlines is installed.
+    std::vector<FontFile> FontSet(std::string const& p_name) const;
+
 private:
     std::shared_ptr<ShaderText const> ReadShaderSource(std::string const& p_name) const;
 
     std::vector<qorfile::filepath> _folders;
     mutable std::map<std::string, std::shared_ptr<ShaderText const>, std::less<>> _shaderSources;
+    mutable std::map<std::string, std::vector<FontFile>> _fontSets;
 };
 
 } // namespace Qor::Chart::Assets

@@ -31,7 +31,7 @@ public:
 
     ~Ptr() { ReleaseNode(_node); }
 
-    Ptr& operator=(Ptr const& p_other) noexcept {
+    Ptr& operator=(Ptr const& p_other) noexcept { // NOLINT(bugprone-unhandled-self-assignment): copies, then swaps
         Ptr(p_other).Swap(*this);
         return *this;
     }

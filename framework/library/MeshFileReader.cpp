@@ -61,6 +61,20 @@ Color4f ToColor(aiColor4D const& p_color) {
     return {Channel(p_color.r), Channel(p_color.g), Channel(p_color.b), Channel(p_color.a)};
 }
 
+/// Whether the format keeps its colours as light intensities; the others keep them as they are shown.
+bool HasLinearColors(qorfile::filepath const& p_path) {
+    return p_path.string().ends_with(".glb") || p_path.string().ends_with(".gltf");
+}
+
+/// An intensity of light as a value to show: the transfer function of sRGB (IEC 61966-2-1).
+float Shown(float p_intensity) {
+    return p_intensity <= 0.0031308F ? 12.92F * p_intensity : 1.055F * std::pow(p_intensity, 1 / 2.4F) - 0.055F;
+}
+
+Color4f Shown(Color4f const& p_intensity) {
+    return {Shown(p_intensity.red), Shown(p_intensity.green), Shown(p_intensity.blue), p_intensity.alpha};
+}
+
 Matrix4 ToMatrix(aiMatrix4x4 const& p_matrix) {
     std::array<double, 16> rows{};
     for (unsigned i = 0; i < 16; ++i) {
@@ -370,7 +384,7 @@ MeshFile::MeshInfo MeshFileReader::ReadMesh(aiScene const& p_scene, aiMesh const
         aiString name;
         material.Get(AI_MATKEY_NAME, name);
         info.material = name.C_Str();
-        info.color = ColorOf(material);
+        info.color = HasLinearColors(_path) ? Shown(ColorOf(material)) : ColorOf(material);
     }
     Mesh mesh;
     if (p_mesh.mNumFaces != 0) {
@@ -386,6 +400,10 @@ MeshFile::MeshInfo MeshFileReader::ReadMesh(aiScene const& p_scene, aiMesh const
         return info;
     }
     mesh.vertices = ReadVertices(p_mesh);
+    if (HasLinearColors(_path)) {
+        std::ranges::transform(
+            mesh.vertices.colors, mesh.vertices.colors.begin(), [](Color4f const& p_color) { return Shown(p_color); });
+    }
     if (mesh.kind == Ogl::Tokens::AGL_TRIANGLES && mesh.vertices.normals.empty()) {
         Normals::Generate(mesh);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
+#include "framework/assets/FontFile.h"
 #include "framework/ogl/Backend.h"
 #include "framework/ogl/CommandList.h"
 #include "framework/ogl/DeviceFeatures.h"
@@ -26,9 +27,14 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Qor::Chart::Ogl {
+
+class GlyphAtlas;
+class HitDetect;
+class Text;
 
 /// The fixed-function interface of OpenGL on top of a back end that knows nothing of it. It keeps the whole state in its
 /// own memory: pushing, popping, setting and reading never calls OpenGL and costs nanoseconds; stacks have no limit. Draws
@@ -240,6 +246,9 @@ public:
     /// Use `Bind`, which gives it back.
     std::shared_ptr<PrimitiveBuffer const> Exchange(std::shared_ptr<PrimitiveBuffer const> p_buffer);
     std::shared_ptr<Shader const> Exchange(std::shared_ptr<Shader const> p_shader);
+    /// What is drawn goes to this pick and not to the back end, and clears go nowhere, until another one or nullptr takes
+    /// its place. Gives the one before. Called by `HitDetect`, which gives it back.
+    HitDetect* Exchange(HitDetect* p_detect) { return std::exchange(_detect, p_detect); }
 
     /// The shape of these vertices and indices; the same one for the same buffers as long as it is in use. Empty, and
     /// reported, when either is missing.
@@ -251,6 +260,9 @@ public:
     std::shared_ptr<Shader const> GenShader(ShaderSource const& p_source, std::uint32_t p_options = 0);
     std::shared_ptr<GenericShader const> GenGenericShader(
         ShaderSource const& p_source = ShaderSource::Generic(), GenericShader::State const& p_state = {});
+    /// What draws text in the fonts that `Assets::Resource::FontSet` gave, at first p_size logical pixels high. All texts
+    /// share their glyphs.
+    std::shared_ptr<Text> GenFont(std::vector<Assets::FontFile> const& p_fontSet, float p_size);
     /// @}
 
     /// \name Device
@@ -384,6 +396,7 @@ private:
     std::array<PolygonPass, 2> _passes;
     std::size_t _passCount = 1;
     OpenPrimitive _primitive;
+    HitDetect* _detect = nullptr;
     std::vector<std::uint32_t> _assembly;
 
     std::shared_ptr<PrimitiveBuffer const> _boundBuffer;
@@ -394,6 +407,7 @@ private:
     std::unordered_map<BufferPair, std::weak_ptr<PrimitiveBuffer const>, BufferPairHash> _buffers;
     std::size_t _buffersToSweep = 1024;
     std::unordered_map<std::uint64_t, std::weak_ptr<Texture const>> _boundTextures;
+    std::weak_ptr<GlyphAtlas> _glyphAtlas;
 
     Statistics _statistics;
     std::vector<std::string> _errors;

@@ -1,5 +1,6 @@
 #include "framework/ogl/Agl.h"
 
+#include "framework/ogl/HitDetect.h"
 #include "framework/utility/Ensure.h"
 
 #include <algorithm>
@@ -55,10 +56,6 @@ std::uint8_t VisibleFaces(State const& p_state) {
 StateMask UnusedItems(AttributeInfo const& p_info, State const& p_state) {
     bool const isUnused = p_info.flags[AttributeInfo::Normal] && !p_state.IsEnabled(EnableBit::Textures);
     return isUnused ? StateBit(StateItem::CurrentVertex) : 0;
-}
-
-Pipeline PipelineOfLinesOrPoints(Token p_kind) {
-    return p_kind == Tokens::AGL_POINTS ? Pipeline::Points : Pipeline::Lines;
 }
 
 /// The inverse transpose of the upper left three by three elements, row by row. Without an inverse the cofactors, which
@@ -124,6 +121,9 @@ void Agl::Clear(Token p_mask) {
         ErrorToken("Clear", p_mask);
         return;
     }
+    if (_detect != nullptr) {
+        return;
+    }
     ++_statistics.clears;
     ResolveState(StateBit(StateItem::CurrentVertex));
     Command command;
@@ -141,6 +141,12 @@ void Agl::Begin(Token p_kind) {
         ErrorToken("Begin", p_kind);
         return;
     }
+    if (_detect != nullptr) {
+        _primitive.firstVertex = static_cast<std::uint32_t>(_list.vertices.size());
+        _depths.primitive = 1;
+        _detect->Begin(p_kind);
+        return;
+    }
     Assign(StateItem::PerspectiveRow, _state.perspectiveRow.row, PerspectiveRowState().row);
     ResolveState(StateBit(StateItem::CurrentVertex));
     _primitive.kind = p_kind;
@@ -155,6 +161,10 @@ void Agl::Begin(Token p_kind) {
 void Agl::Vertex(Vector4 const& p_position) {
     if (_depths.primitive == 0) {
         Error("Vertex: only allowed between Begin and End; nothing is drawn.");
+        return;
+    }
+    if (_detect != nullptr) [[unlikely]] {
+        _detect->Vertex(p_position);
         return;
     }
     double const* const m = _modelView.back().Data();
@@ -184,6 +194,10 @@ void Agl::End() {
         return;
     }
     _depths.primitive = 0;
+    if (_detect != nullptr) {
+        _detect->End();
+        return;
+    }
     ++_statistics.draws;
     // What a vertex takes from the current values went into it already.
     if (IsPolygonKind(_primitive.kind)) {
@@ -191,7 +205,7 @@ void Agl::End() {
             AppendImmediate(_passes[i]);
         }
     } else {
-        AppendImmediate({PipelineOfLinesOrPoints(_primitive.kind), FaceBit::Both});
+        AppendImmediate({FilledPipeline(_primitive.kind), FaceBit::Both});
     }
     FlushWhenFull();
 }
@@ -234,6 +248,10 @@ void Agl::Draw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer) {
     if (!p_buffer || !p_buffer->IsValid()) {
         return;
     }
+    if (_detect != nullptr) [[unlikely]] {
+        _detect->Draw(*p_buffer);
+        return;
+    }
     ++_statistics.draws;
     Types::Matrix4 const& modelView = _modelView.back();
     ResolvePerspectiveRow(modelView);
@@ -246,7 +264,7 @@ void Agl::Draw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer) {
             AppendDraw(p_buffer, _passes[i]);
         }
     } else {
-        AppendDraw(p_buffer, {PipelineOfLinesOrPoints(p_buffer->Kind()), FaceBit::Both});
+        AppendDraw(p_buffer, {FilledPipeline(p_buffer->Kind()), FaceBit::Both});
     }
     if (_list.instances.size() >= MaxInstances || _list.states.size() >= MaxStates) [[unlikely]] {
         Flush();

@@ -31,6 +31,14 @@ constexpr bool IsPolygonKind(Token p_kind) {
     return p_kind >= Tokens::AGL_TRIANGLES && p_kind <= Tokens::AGL_POLYGON;
 }
 
+/// Points and lines as they are, polygons filled.
+constexpr Pipeline FilledPipeline(Token p_kind) {
+    if (IsPolygonKind(p_kind)) {
+        return Pipeline::Triangles;
+    }
+    return p_kind == Tokens::AGL_POINTS ? Pipeline::Points : Pipeline::Lines;
+}
+
 /// Takes vertices in the order of a primitive kind and appends the indices that the pipeline reads to p_result.
 /// Incomplete primitives at the end are left out, as OpenGL does. Points and lines only assemble into their own pipeline,
 /// polygon kinds only into the other three; any other combination appends nothing. Outlines hold the edges of the

@@ -1,5 +1,7 @@
 #include "framework/ogl/PrimitiveBuffer.h"
 
+#include "framework/ogl/PickVolume.h"
+#include "framework/ogl/PrimitiveTree.h"
 #include "framework/utility/Ensure.h"
 
 #include <algorithm>
@@ -42,6 +44,18 @@ std::span<std::uint32_t const> PrimitiveBuffer::Assembled(Pipeline p_pipeline) c
         assembled->shrink_to_fit();
     }
     return *assembled;
+}
+
+double PrimitiveBuffer::Pick(PickVolume const& p_volume, double p_nearest) const {
+    if (!_valid || !p_volume.MayTouch(_vertices->Bounds())) {
+        return PickVolume::NoHit;
+    }
+    Pipeline const pipeline = FilledPipeline(Kind());
+    PrimitiveTree::Shape const shape{_vertices->Data().positions, Assembled(pipeline), IndicesPerPrimitive(pipeline)};
+    if (!_tree) {
+        _tree = std::make_unique<PrimitiveTree const>(shape);
+    }
+    return _tree->Pick(shape, p_volume, p_nearest);
 }
 
 } // namespace Qor::Chart::Ogl

@@ -14,6 +14,9 @@
 
 namespace Qor::Chart::Ogl {
 
+class PickVolume;
+class PrimitiveTree;
+
 /// A shape that can be drawn: vertices joined with the indices that make primitives of them. Made by
 /// `Agl::CreatePrimitiveBuffer`, shared by handle between all objects of that shape. Draws of the same handle that follow
 /// each other reach the device as one, so share it wherever you can. The data stay in memory; the device's copy is made
@@ -34,11 +37,16 @@ public:
     /// kept; a list of triangles, lines or points is its own assembly and costs nothing.
     std::span<std::uint32_t const> Assembled(Pipeline p_pipeline) const;
 
+    /// The nearest window depth below p_nearest of all primitives inside the volume, or PickVolume::NoHit; polygons are
+    /// filled. The first pick that comes near the shape builds a hierarchy of bounding boxes, which is kept.
+    double Pick(PickVolume const& p_volume, double p_nearest) const;
+
 private:
     std::shared_ptr<IndexBuffer const> _indices;
     std::shared_ptr<VertexBuffer const> _vertices;
     bool _valid = false;
     mutable std::array<std::unique_ptr<std::vector<std::uint32_t>>, PipelineCount> _assembled;
+    mutable std::unique_ptr<PrimitiveTree const> _tree;
 };
 
 } // namespace Qor::Chart::Ogl

@@ -31,9 +31,7 @@ class RecordingDispatcher : public EventDispatcher {
 public:
     boost::shared_ptr<EventDispatcher> DispatcherOf(Core::WeakPtr<Vis> const& p_node) override {
         asked.push_back(p_node);
-        if (next)
-            return next;
-        return {boost::shared_ptr<void>(), this};
+        return next ? next : boost::shared_ptr<EventDispatcher>(boost::shared_ptr<void>(), this);
     }
     void ReportException(std::string const& p_text, std::string const& p_location) override {
         exceptions.push_back(p_text);
@@ -47,22 +45,28 @@ public:
         events.push_back(p_node);
     }
     void RequestRedraw(int p_milliseconds) override { redraws.push_back(p_milliseconds); }
-    void RequestUpdate() override { ++updates; }
+    void RequestUpdate() override {}
 
     boost::shared_ptr<EventDispatcher> next; ///< what it gives for a node; itself when empty
     std::vector<Core::WeakPtr<Vis>> asked;
-    std::vector<std::string> exceptions;
-    std::vector<std::string> locations;
+    std::vector<std::string> exceptions, locations;
     std::vector<std::pair<int, std::string>> warnings;
     std::vector<Core::WeakPtr<Model::ModelNode>> events;
     std::vector<int> redraws;
-    int updates = 0;
+};
+
+/// The recorder on a machine whose device may lack a feature.
+struct FeatureBackend : Ogl::RecorderBackend {
+    using RecorderBackend::RecorderBackend;
+    Ogl::DeviceFeatures const& Features() override { return features; }
+    Ogl::DeviceFeatures features = RecorderBackend::Features();
 };
 
 /// Everything that a draw context refers to.
 struct DrawFixture {
     explicit DrawFixture(Ogl::RecorderBackend::Keep p_keep = Ogl::RecorderBackend::Keep::Commands)
-        : agl(std::make_unique<Ogl::RecorderBackend>(p_keep)) {}
+        : agl(std::make_unique<FeatureBackend>(p_keep)) {}
+    FeatureBackend& Backend() const { return static_cast<FeatureBackend&>(agl.GetBackend()); }
 
     DrawContext MakeContext(DrawContext::DrawMode p_mode = DrawContext::DrawMode::Draw) {
         return {handle, resource, imageCache, dispatcher, schema, numberFormat, geometry, p_mode, std::bitset<2>(1),

@@ -5,6 +5,8 @@
 
 #include <boost/any.hpp>
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <ctime>
 #include <functional>
@@ -23,8 +25,8 @@ public:
     static inline int alive = 0;
     static inline int received = 0;
 
-    explicit Probe(std::string p_name = {}) {
-        SetName(std::move(p_name));
+    explicit Probe(std::string const& p_name = {}) {
+        SetName(p_name);
         ++alive;
     }
     ~Probe() override {
@@ -49,11 +51,6 @@ public:
 
     void Report(std::string const& p_name) {
         TouchThis(ModifiableTypeGeneric, ChangeModified, RelationshipSelf, {}, p_name, {});
-    }
-    /// What the last change carried, as the child it was about.
-    WeakPtr<Node> DataNode() const {
-        auto const* const node = boost::any_cast<WeakPtr<Node>>(&data);
-        return node ? *node : WeakPtr<Node>();
     }
 
     bool isLogging = true;
@@ -85,24 +82,18 @@ inline std::vector<Ptr<Probe>> MakeChain(std::size_t p_length) {
     return chain;
 }
 
-/// Processor time that the work takes.
-template <class Work>
-double SecondsOf(Work const& p_work) {
-    std::clock_t const start = std::clock();
-    p_work();
-    return static_cast<double>(std::clock() - start + 1) / CLOCKS_PER_SEC;
-}
-
-/// Taking so many nodes out of a list takes a few times as long as making them; were each one searched for from the
-/// beginning, it would take more than a hundred times as long.
-constexpr std::size_t Many = 200'000;
-constexpr double LinearFactor = 20;
-
-inline std::vector<std::size_t> ShuffledIndices(std::size_t p_count, unsigned p_seed) {
-    std::vector<std::size_t> order(p_count);
+/// Expects that undoing in random order takes a few times as long as making so many; were each one searched for from
+/// the beginning, it would take more than a hundred times as long.
+template <class Make, class Undo>
+void ExpectLinear(Make const& p_make, Undo const& p_undo) {
+    std::vector<std::size_t> order(200'000);
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::shuffle(order.begin(), order.end(), std::mt19937(p_seed));
-    return order;
+    std::clock_t const start = std::clock();
+    std::ranges::for_each(order, p_make);
+    std::shuffle(order.begin(), order.end(), std::mt19937(1));
+    std::clock_t const middle = std::clock();
+    std::ranges::for_each(order, p_undo);
+    EXPECT_LT(std::clock() - middle, (middle - start + 1) * 20);
 }
 
 } // namespace Qor::Chart::Core

@@ -1,30 +1,18 @@
 #include "tests/framework/core/Probe.h"
 
-#include "framework/core/AnyBase.h"
-#include "framework/core/TypeNumbers.h"
+#include "framework/core/ModificationWatcherList.h"
+#include "framework/core/NodePath.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <set>
-#include <sstream>
 #include <thread>
 
 namespace Qor::Chart::Core {
 
-namespace {
-
-template <class T>
-struct Special : Probe {};
-
-struct Plain : Node {};
-
-} // namespace
-
 TEST(TimeStamp, everyTouchIsLaterThanAllBeforeOnAllThreads) {
-    EXPECT_EQ(TimeStamp().Value(), 0U);
     std::vector<TimeStamp> stamps[2];
     auto const touch = [](std::vector<TimeStamp>* p_stamps) {
         TimeStamp stamp;
@@ -42,62 +30,93 @@ TEST(TimeStamp, everyTouchIsLaterThanAllBeforeOnAllThreads) {
         all.insert(some.begin(), some.end());
     }
     EXPECT_EQ(all.size(), 10'000U);
-    EXPECT_GT(*all.begin(), TimeStamp());
-    EXPECT_GT(MakeNode<Plain>()->Time(), *all.rbegin());
-}
-
-TEST(Node, hasItsOwnIdentifierAndTheNumberOfItsClass) {
-    auto const a = MakeNode<Special<int>>();
-    auto const b = MakeNode<Special<int>>();
-    auto const c = MakeNode<Special<Special<int>>>();
-    EXPECT_TRUE(a->Id() > 0 && a->Id() != b->Id());
-    EXPECT_TRUE(a->TypeNumber() > 0 && a->TypeNumber() == b->TypeNumber() && a->TypeNumber() != c->TypeNumber());
-    EXPECT_EQ(a->TypeNumber(), TypeNumbers::NumberOf(typeid(Special<int>)));
-    EXPECT_EQ(a->TypeName(), "Special<int>");
-    EXPECT_THAT(c->TypeName(), testing::StartsWith("Special<Qor::"));
-    EXPECT_EQ(MakeNode<Plain>()->TypeName(), "Plain");
-}
-
-TEST(Node, renamingIsAChangeWhenTheNameDiffers) {
-    auto const node = MakeProbe("old");
-    Probe::log.clear();
-    node->SetName("old");
-    node->SetName("new");
-    EXPECT_THAT(Probe::log, testing::ElementsAre("new name 0"));
-    std::ostringstream text;
-    text << Ptr<Node>(node) << Ptr<Node>();
-    EXPECT_EQ(text.str(), "Probe \"new\" #" + std::to_string(node->Id()) + "(no node)");
 }
 
 TEST(WeakRef, refusesANodeOfAnotherType) {
     struct Owner : Probe {
-        WeakRef<Special<int>> special{*this, "special"};
+        WeakRef<Owner> special{*this, "special"};
     };
     auto const owner = MakeNode<Owner>();
-    auto const right = MakeNode<Special<int>>();
-    owner->special.Attach(Ptr<Node>(right));
-    EXPECT_EQ(owner->special.Peek(), right.Get());
-    qordebug::CaptureScope const capture(Utility::GetLogger());
+    auto const right = MakeNode<Owner>();
     auto const wrong = MakeProbe();
+    owner->special.Attach(Ptr<Node>(right));
+    qordebug::CaptureScope const capture(Utility::GetLogger());
     owner->special.Attach(Ptr<Node>(wrong));
     EXPECT_THAT(capture.texts(qordebug::severity::ensure),
         testing::ElementsAre(testing::StartsWith("\"Incorrect type being attached to WeakRef<T>\" - ")));
-    EXPECT_EQ(owner->special.Peek(), right.Get());
-    EXPECT_TRUE(wrong->Deps().Empty());
+    EXPECT_TRUE(owner->special.Peek() == right.Get() && wrong->Deps().Empty());
     owner->special.Attach(Ptr<Node>());
-    EXPECT_TRUE(owner->special.Get().IsEmpty());
-    EXPECT_EQ(capture.entries().size(), 1U);
+    EXPECT_TRUE(owner->special.Get().IsEmpty() && capture.entries().size() == 1U);
 }
 
-TEST(AnyBase, givesTheValueToWhoKnowsItsType) {
-    Any const empty;
-    EXPECT_TRUE(empty.Empty() && !empty.Get<int>());
-    Any const any = Any::Of(std::string("text"));
-    Any const copy = any;
-    ASSERT_TRUE(copy.Get<std::string>());
-    EXPECT_EQ(*copy.Get<std::string>(), "text");
-    EXPECT_NE(copy.Get<std::string>(), any.Get<std::string>());
-    EXPECT_TRUE(copy.Type() == typeid(std::string) && !copy.Get<char const*>());
+TEST(NodePath, comparesAsItsIdentifiersDoHoweverItWasMade) {
+    std::mt19937 random(5);
+    std::vector<NodePath> paths{NodePath()};
+    std::vector<std::vector<std::int32_t>> oracle{{}};
+    WorkingPath working;
+    std::vector<std::int32_t> ids;
+    for (int step = 0; step < 400; ++step) {
+        if (random() % 3 == 0) {
+            working.Pop();
+            if (!ids.empty())
+                ids.pop_back();
+        } else if (ids.size() < 6) {
+            ids.push_back(static_cast<std::int32_t>(random() % 3) - 1);
+            working.Push(ids.back());
+        }
+        paths.push_back(random() % 4 == 0 ? NodePath(ids) : working.Path());
+        oracle.push_back(ids);
+    }
+    for (std::size_t left = 0; left < paths.size(); ++left) {
+        EXPECT_EQ(paths[left].Ids(), oracle[left]) << "a path stays what it was when the working path moves on";
+        EXPECT_EQ(paths[left].Last(), oracle[left].empty() ? 0 : oracle[left].back());
+        for (std::size_t right = 0; right < paths.size(); ++right) {
+            ASSERT_EQ(paths[left] == paths[right], oracle[left] == oracle[right]);
+            ASSERT_EQ(paths[left] <=> paths[right], oracle[left] <=> oracle[right]);
+        }
+    }
+}
+
+TEST(NodePath, aPathForEachLevelOfADeepTreeSharesTheBeginnings) {
+    // Whole copies would take 20 GB.
+    WorkingPath working;
+    std::vector<NodePath> paths;
+    for (std::int32_t level = 0; level < 100'000; ++level) {
+        working.Push(level);
+        paths.push_back(working.Path());
+    }
+    NodePath const last = paths.back();
+    paths.clear();
+    EXPECT_EQ(last.Ids()[70'000], 70'000);
+}
+
+TEST(ModificationWatcher, seesChangesOfTheNodeAndBelowUntilReset) {
+    auto node = MakeProbe();
+    auto const child = MakeProbe();
+    node->Add(child);
+    ModificationWatcher watcher{WeakPtr<Node>(node)};
+    EXPECT_FALSE(watcher.Modified() || ModificationWatcher().Modified());
+    child->Touch();
+    ModificationWatcher const copy = watcher;
+    watcher.Reset();
+    EXPECT_TRUE(copy.Modified() && !watcher.Modified());
+    node.Reset();
+    EXPECT_TRUE(watcher.Modified()) << "its death is a change";
+}
+
+TEST(ModificationWatcherList, copiesAreIndependentHoweverTheyShare) {
+    auto const node = MakeProbe();
+    ModificationWatcherList list;
+    list.Add(WeakPtr<Node>(node));
+    ModificationWatcherList copy = list;
+    copy.Touch();
+    EXPECT_TRUE(copy.Modified() && !list.Modified());
+    node->Touch();
+    copy.Reset();
+    EXPECT_TRUE(!copy.Modified() && list.Modified());
+    copy = list;
+    list.Clear();
+    EXPECT_TRUE(copy.Modified() && !list.Modified());
 }
 
 } // namespace Qor::Chart::Core

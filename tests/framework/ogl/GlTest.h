@@ -28,16 +28,13 @@ public:
         }
         target = std::make_unique<OffscreenTarget>(Size, Size);
         target->Bind();
-        backend = std::make_unique<OpenGlBackend>();
-        OpenGlBackend* const raw = backend.get();
+        auto backend = std::make_unique<OpenGlBackend>();
+        gl = backend.get();
         agl = std::make_unique<Agl>(std::move(backend));
-        gl = raw;
         Reset(*agl);
     }
     void TearDown() override {
-        if (agl) {
-            EXPECT_EQ(agl->CheckError(), "");
-        }
+        EXPECT_EQ(agl ? agl->CheckError() : "", "");
         agl.reset();
         target.reset();
         context.reset();
@@ -55,52 +52,46 @@ public:
         p_agl.MatrixMode(Tokens::AGL_MODELVIEW);
         p_agl.LoadIdentity();
     }
+    void Draw(Token p_kind, std::initializer_list<Agl::Vector3> p_vertices) const {
+        agl->Begin(p_kind);
+        for (Agl::Vector3 const& vertex : p_vertices) {
+            agl->Vertex(vertex.x, vertex.y, vertex.z);
+        }
+        agl->End();
+    }
     void Rectangle(double p_left, double p_bottom, double p_right, double p_top, double p_z = 0) const {
-        agl->Begin(Tokens::AGL_QUADS);
-        agl->Vertex(p_left, p_bottom, p_z);
-        agl->Vertex(p_right, p_bottom, p_z);
-        agl->Vertex(p_right, p_top, p_z);
-        agl->Vertex(p_left, p_top, p_z);
-        agl->End();
+        Draw(Tokens::AGL_QUADS,
+            {{p_left, p_bottom, p_z}, {p_right, p_bottom, p_z}, {p_right, p_top, p_z}, {p_left, p_top, p_z}});
     }
-    void Line(double p_x, double p_y, double p_toX, double p_toY) const {
-        agl->Begin(Tokens::AGL_LINES);
-        agl->Vertex(p_x, p_y);
-        agl->Vertex(p_toX, p_toY);
-        agl->End();
-    }
-    void Point(double p_x, double p_y) const {
-        agl->Begin(Tokens::AGL_POINTS);
-        agl->Vertex(p_x, p_y);
-        agl->End();
-    }
+    void Line(Agl::Vector3 const& p_from, Agl::Vector3 const& p_to) const { Draw(Tokens::AGL_LINES, {p_from, p_to}); }
+    QColor Middle() const { return At(Picture(), 32, 32); }
     QImage Picture() const { return agl->ReadPixels(0, 0, Size, Size); }
     /// A pixel, counted from the lower left.
     static QColor At(QImage const& p_image, int p_x, int p_y) {
         return p_image.pixelColor(p_x, p_image.height() - 1 - p_y);
     }
-    static int CountDrawn(QImage const& p_image) {
+    static int CountDrawn(QImage const& p_image, int p_fromX = 0) {
         int count = 0;
         for (int y = 0; y < p_image.height(); ++y) {
-            for (int x = 0; x < p_image.width(); ++x) {
+            for (int x = p_fromX; x < p_image.width(); ++x) {
                 count += (p_image.pixel(x, y) & 0xFFFFFF) != 0 ? 1 : 0;
             }
         }
         return count;
     }
     static testing::AssertionResult IsNear(QColor const& p_actual, QColor const& p_expected, int p_tolerance = 2) {
-        auto const differs = [p_tolerance](int p_a, int p_b) { return std::abs(p_a - p_b) > p_tolerance; };
-        if (differs(p_actual.red(), p_expected.red()) || differs(p_actual.green(), p_expected.green()) ||
-            differs(p_actual.blue(), p_expected.blue())) {
-            return testing::AssertionFailure()
-                << p_actual.name().toStdString() << " is not " << p_expected.name().toStdString();
+        for (int const difference : {p_actual.red() - p_expected.red(), p_actual.green() - p_expected.green(),
+                 p_actual.blue() - p_expected.blue()}) {
+            if (std::abs(difference) > p_tolerance) {
+                return testing::AssertionFailure()
+                    << p_actual.name().toStdString() << " is not " << p_expected.name().toStdString();
+            }
         }
         return testing::AssertionSuccess();
     }
 
     std::unique_ptr<Context> context;
     std::unique_ptr<OffscreenTarget> target;
-    std::unique_ptr<OpenGlBackend> backend; ///< for a moment only; `gl` stays
     std::unique_ptr<Agl> agl;
     OpenGlBackend* gl = nullptr;
 };

@@ -3,45 +3,26 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <random>
-#include <sstream>
 
 namespace {
 
 using namespace Qor::Chart::Types;
 using Vector = Vector3_Base<double>;
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
-void ExpectNear(Matrix4 const& p_a, Matrix4 const& p_b, double p_tolerance) {
-    for (int index = 0; index < 16; ++index) {
-        EXPECT_NEAR(p_a.Data()[index], p_b.Data()[index], p_tolerance) << index << "\n" << p_a << "\n" << p_b;
-    }
+void ExpectNear(Vector const& p_a, Vector const& p_b) {
+    EXPECT_LE(Length(p_a - p_b), 1e-12) << p_a << " and " << p_b;
 }
 
-void ExpectNear(Vector const& p_a, Vector const& p_b, double p_tolerance = 1e-12) {
-    EXPECT_LE(Length(p_a - p_b), p_tolerance) << p_a << " and " << p_b;
-}
-
-TEST(Matrix4Test, multipliesOnTheRightAndStoresColumns) {
+TEST(Matrix4Test, multipliesOnTheRightStoresColumnsAndRotatesCounterClockwise) {
     Matrix4 matrix = Matrix4::Translation({1, 2, 3});
     matrix *= Matrix4::Scaling({2, 2, 2});
     ExpectNear(Transformation(matrix)({1, 1, 1}), {3, 4, 5});
     EXPECT_EQ(matrix.Data()[12], 1.0);
-    EXPECT_EQ(matrix.At(0, 3), 1.0);
-    EXPECT_EQ(matrix.Transposed().At(3, 0), 1.0);
     EXPECT_EQ(Matrix4::FromRowMajor(matrix.Transposed().Data()), matrix);
-    EXPECT_EQ(Matrix4::FromColumnMajor(matrix.Data()), matrix);
-    EXPECT_TRUE(Matrix4().IsIdentity());
-    std::ostringstream stream;
-    stream << Matrix4::Translation({5, 6, 7});
-    EXPECT_EQ(stream.str(), "[1 0 0 5; 0 1 0 6; 0 0 1 7; 0 0 0 1]");
-}
-
-TEST(Matrix4Test, rotatesCounterClockwise) {
-    ExpectNear(Transformation(Matrix4::Rotation(90, {0, 0, 7}))({1, 0, 0}), {0, 1, 0});
     ExpectNear(Transformation(Matrix4::Rotation(120, {1, 1, 1}))({1, 0, 0}), {0, 1, 0});
-    EXPECT_TRUE(Matrix4::Rotation(90, {}).IsIdentity());
 }
 
 TEST(Matrix4Test, projectionsSendTheirVolumeToTheUnitCube) {
@@ -51,12 +32,9 @@ TEST(Matrix4Test, projectionsSendTheirVolumeToTheUnitCube) {
     Transformation const perspective(Matrix4::Perspective(90, 2, 1, 9));
     ExpectNear(perspective({2, 1, -1}), {1, 1, -1});
     ExpectNear(perspective({-18, -9, -9}), {-1, -1, 1});
-    Transformation const view(Matrix4::LookAt({0, 0, 5}, {0, 0, 0}, {0, 3, 0}));
-    ExpectNear(view({1, 2, 0}), {1, 2, -5});
-
-    double const nan = std::numeric_limits<double>::quiet_NaN();
+    ExpectNear(Transformation(Matrix4::LookAt({0, 0, 5}, {0, 0, 0}, {0, 3, 0}))({1, 2, 0}), {1, 2, -5});
     for (Matrix4 const& matrix : {Matrix4::Ortho(1, 1, 2, 2, 3, 3), Matrix4::Perspective(0, 1, 1, 2),
-             Matrix4::Perspective(60, nan, 1, 2), Matrix4::Frustum(0, 1, 0, 1, -1, 1)}) {
+             Matrix4::Perspective(60, NaN, 1, 2), Matrix4::Frustum(0, 1, 0, 1, -1, 1)}) {
         EXPECT_TRUE(matrix.IsIdentity()) << matrix;
     }
     EXPECT_EQ(Matrix4::LookAt({1, 2, 3}, {1, 2, 4}, {0, 0, 1}), Matrix4::Translation({-1, -2, -3}));
@@ -72,27 +50,24 @@ TEST(Matrix4Test, invertsAffineAndPerspectiveMatricesOfAnyScale) {
             (round % 2 ? Matrix4::Perspective(60, 1.5, 0.1, 100) : Matrix4());
         auto const inverse = matrix.Inverse();
         ASSERT_TRUE(inverse) << matrix;
-        ExpectNear(matrix * *inverse, Matrix4(), 1e-9);
+        Matrix4 const product = matrix * *inverse;
+        for (int index = 0; index < 16; ++index) {
+            EXPECT_NEAR(product.Data()[index], index % 5 == 0, 1e-9) << matrix;
+        }
     }
     for (double const scale : {1e-100, 1e-30, 1e6, 1e100}) {
-        auto const inverse = Matrix4::Scaling(scale).Inverse();
-        ASSERT_TRUE(inverse) << scale;
-        EXPECT_DOUBLE_EQ(inverse->At(1, 1), 1 / scale);
-        EXPECT_TRUE(inverse->IsAffine());
+        EXPECT_DOUBLE_EQ(Matrix4::Scaling(scale).Inverse().value().At(1, 1), 1 / scale);
     }
-    EXPECT_EQ(Matrix4::Translation({1e9, -3, 0.25}).Inverse(), Matrix4::Translation({-1e9, 3, -0.25}));
     EXPECT_TRUE((Matrix4::Translation({1e8, 0, 0}) * Matrix4::Scaling(1e-4)).Inverse());
     EXPECT_TRUE(Matrix4::Perspective(60, 1, 1e-5, 1e7).Inverse());
 }
 
 TEST(Matrix4Test, singularOrUnusableMatricesHaveNoInverse) {
     double const rankTwo[] = {1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0, 0, 0, 0, 1};
-    Matrix4 notFinite;
-    notFinite.Set(2, 1, std::numeric_limits<double>::quiet_NaN());
-    Matrix4 huge = Matrix4::Scaling(std::numeric_limits<double>::denorm_min());
-    for (Matrix4 const& matrix :
-        {Matrix4::FromColumnMajor(rankTwo), Matrix4::Scaling({1, 0, 1}), Matrix4::Scaling(0), notFinite, huge,
-            Matrix4::Rotation(33, {1, 2, 3}) * Matrix4::FromColumnMajor(rankTwo) * Matrix4::Rotation(77, {3, 1, 1})}) {
+    Matrix4 const singular = Matrix4::FromColumnMajor(rankTwo);
+    for (Matrix4 const& matrix : {singular, Matrix4::Scaling({1, 0, 1}), Matrix4::Translation({0, NaN, 0}),
+             Matrix4::Scaling(std::numeric_limits<double>::denorm_min()),
+             Matrix4::Rotation(33, {1, 2, 3}) * singular * Matrix4::Rotation(77, {3, 1, 1})}) {
         EXPECT_FALSE(matrix.Inverse()) << matrix;
     }
 }
@@ -103,9 +78,8 @@ TEST(TransformationTest, normalsStayPerpendicularUnderShearAndPointOutwardsUnder
     for (Matrix4 const& matrix : {shear, Matrix4::Scaling({3, 1, 0.2}), Matrix4::Scaling({-1, 1, 1}) * shear}) {
         Transformation const transformation(matrix);
         Vector const normal(0.6, 0.8, 0);
-        Vector const tangent(-0.8, 0.6, 0);
         Vector const image = transformation.Normal(normal);
-        EXPECT_NEAR(Dot(image, transformation.Direction(tangent)), 0, 1e-12);
+        EXPECT_NEAR(Dot(image, transformation.Direction({-0.8, 0.6, 0})), 0, 1e-12);
         EXPECT_NEAR(Length(image), 1, 1e-12);
         EXPECT_GT(Dot(image, transformation.Direction(normal)), 0);
     }

@@ -11,62 +11,42 @@
 
 namespace {
 
-using Qor::Chart::Utility::Scoped;
-using Qor::Chart::Utility::Unscoped;
-
 struct Device {
-    void EnterScope() {
-        if (failEnter) {
-            throw std::runtime_error("lost");
-        }
-        ++depth;
-    }
+    void EnterScope() { depth += fails ? throw std::runtime_error("lost") : 1; }
     void LeaveScope() {
         --depth;
-        if (failLeave) {
+        if (fails) {
             throw std::runtime_error("lost");
         }
     }
     int depth = 0;
-    bool failEnter = false;
-    bool failLeave = false;
+    bool fails = false;
 };
+using Scoped = Qor::Chart::Utility::Scoped<Device>;
 
-TEST(ScopedTest, scopesNestAndBalance) {
+TEST(ScopedTest, scopesNestAndBalanceWhateverFailsAtTheirEdges) {
     Device device;
-    Unscoped<Device> const handle(device);
+    Qor::Chart::Utility::Unscoped<Device> const handle(device);
+    qordebug::CaptureScope const capture(Qor::Chart::Utility::GetLogger());
     {
-        Scoped<Device> const outer(handle);
-        Scoped<Device> const inner(outer.Handle());
-        EXPECT_EQ(inner->depth, 2);
-        EXPECT_EQ(&*inner, handle.Get());
+        Scoped const outer(handle);
+        EXPECT_EQ(Scoped(outer.Handle())->depth, 2);
+        EXPECT_TRUE(capture.empty());
+        device.fails = true;
+        EXPECT_THROW(Scoped{handle}, std::runtime_error);
+        EXPECT_EQ(device.depth, 1);
     }
     EXPECT_EQ(device.depth, 0);
+    EXPECT_TRUE(capture.contains("Device failed: lost"));
 }
 
 TEST(ScopedTest, anEmptyHandleThrowsASentence) {
-    Unscoped<Device> const empty;
-    EXPECT_FALSE(empty);
     try {
-        Scoped<Device> const scope(empty);
+        Scoped const scope{{}};
         FAIL();
     } catch (Qor::Chart::Utility::Exception const& failure) {
         EXPECT_THAT(failure.what(), testing::HasSubstr("Device to use: the handle is empty"));
     }
-}
-
-TEST(ScopedTest, failuresAtTheEdgesKeepTheBalance) {
-    Device device;
-    Unscoped<Device> const handle(device);
-    device.failEnter = true;
-    EXPECT_THROW(Scoped<Device>{handle}, std::runtime_error);
-    EXPECT_EQ(device.depth, 0);
-    device.failEnter = false;
-    device.failLeave = true;
-    qordebug::CaptureScope const capture(Qor::Chart::Utility::GetLogger());
-    { Scoped<Device> const scope(handle); }
-    EXPECT_EQ(device.depth, 0);
-    EXPECT_TRUE(capture.contains("Device failed: lost"));
 }
 
 } // namespace

@@ -16,8 +16,30 @@ namespace {
 using namespace Fixtures;
 
 enum class Op {
-    Update, Add, AddUnknown, Remove, Move, Adopt, Link, Readd, Clear, Forget, Enable, ResetEnabled, Rename,
-    OwnBox, LayerOf, Fail, Repair, FirstModel, Factory, Toggle, Parts, Grow, Symbol, ChangeSymbol
+    Update,
+    Add,
+    AddUnknown,
+    Remove,
+    Move,
+    Adopt,
+    Link,
+    Readd,
+    Clear,
+    Forget,
+    Enable,
+    ResetEnabled,
+    Rename,
+    OwnBox,
+    LayerOf,
+    Fail,
+    Repair,
+    FirstModel,
+    Factory,
+    Toggle,
+    Parts,
+    Grow,
+    Symbol,
+    ChangeSymbol
 };
 constexpr char const* OpNames[] = {"Update", "Add", "AddUnknown", "Remove", "Move", "Adopt", "Link", "Readd", "Clear",
     "Forget", "Enable", "ResetEnabled", "Rename", "OwnBox", "LayerOf", "Fail", "Repair", "FirstModel", "Factory",
@@ -31,16 +53,15 @@ struct Edit {
 using Edits = std::vector<Edit>;
 
 std::ostream& operator<<(std::ostream& p_stream, Edit const& p_edit) {
-    return p_stream << "    {Op::" << OpNames[static_cast<int>(p_edit.op)] << ", " << p_edit.node << ", " << p_edit.other
-                    << ", " << p_edit.value << "},\n";
+    return p_stream << "    {Op::" << OpNames[static_cast<int>(p_edit.op)] << ", " << p_edit.node << ", "
+                    << p_edit.other << ", " << p_edit.value << "},\n";
 }
 
 /// Edits a model in step with the plain tree, and compares after each update.
 class Editor {
 public:
     /// @param p_isShared  nodes may have several parents, and then no node grows children
-    explicit Editor(bool p_isShared)
-        : _isShared(p_isShared) {
+    explicit Editor(bool p_isShared) : _isShared(p_isShared) {
         Make(Core::MakeNode<ScriptModel>(0), true);
         for (std::size_t i = 0; i < _plain.symbols.size(); ++i)
             _symbols.push_back(Core::MakeNode<SymbolModel>());
@@ -126,7 +147,8 @@ private:
                 bool const isKnown = p_edit.op == Op::Add;
                 Script const script = RandomScript(p_edit.value);
                 Make(isKnown ? Core::MakeNode<ScriptModel>(number, script)
-                             : Core::Ptr<ScriptModel>(Core::MakeNode<UnknownModel>(number, script)), isKnown);
+                             : Core::Ptr<ScriptModel>(Core::MakeNode<UnknownModel>(number, script)),
+                    isKnown);
                 model->Add(Model(number));
                 _plain.Add(node, number);
             }
@@ -356,8 +378,8 @@ private:
         Expect("pending", p_vis.IsPending(), p_plain.isPending, where);
         Expect("attempted", p_vis.IsPendingUpdateAttempt(), p_plain.isAttempted, where);
         Expect("layer", p_vis.GetLayer(), p_plain.layer, where);
-        Box const box = p_plain.box.low <= p_plain.box.high ? Box({p_plain.box.low, 0, 0}, {p_plain.box.high, 1, 1})
-                                                            : Box();
+        Box const box =
+            p_plain.box.low <= p_plain.box.high ? Box({p_plain.box.low, 0, 0}, {p_plain.box.high, 1, 1}) : Box();
         Expect("box", p_vis.BoundingBox(), box, where);
         Expect("path", p_vis.GetPath().Ids() == p_path, true, where);
         Expect("number of children", p_vis.Size(), p_plain.children.size(), where);
@@ -421,9 +443,7 @@ Edits RandomEdits(unsigned p_seed) {
     unsigned total = 0;
     for (auto const& [op, weight] : weights)
         total += weight;
-    auto const next = [&](Op p_op) {
-        return Edit{p_op, random() % 1000, random() % 1000, random() % 100000};
-    };
+    auto const next = [&](Op p_op) { return Edit{p_op, random() % 1000, random() % 1000, random() % 100000}; };
     Edits edits;
     for (unsigned nodes = 2 + random() % 12; nodes > 0; --nodes)
         edits.push_back(next(Op::Add));

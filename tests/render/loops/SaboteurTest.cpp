@@ -68,6 +68,10 @@ public:
         }
         stage.world.onHook = [this](ScriptModel const& p_model, Hook p_hook) {
             bool const isSecond = !(p_hook == HookUpdateModel && _modelCalls[p_model.number]++ % 2 == 0);
+            if (p_hook < HookFactory) {
+                EXPECT_EQ(stage.agl.Depths().attrib, 1U) << "what a failed hook left reaches another one";
+                EXPECT_EQ(stage.agl.Depths().primitive, 0U);
+            }
             if (_litter && _sabotage.Strikes(p_model.number, p_hook) && isSecond != _sabotage.isFirstModelCall)
                 Litter();
         };
@@ -148,9 +152,7 @@ private:
 /// What a frame must call, as plain recursion.
 class Expectation {
 public:
-    Expectation(Scene const& p_scene, Sabotage const& p_sabotage)
-        : _scene(p_scene)
-        , _sabotage(p_sabotage) {}
+    Expectation(Scene const& p_scene, Sabotage const& p_sabotage) : _scene(p_scene), _sabotage(p_sabotage) {}
 
     void Update(int p_node) {
         if (!_sabotage.isFirstModelCall || p_node != _sabotage.node)
@@ -210,9 +212,9 @@ ScriptVis* VisOf(Scene const& p_scene, int p_node) {
 }
 
 void PlayOut(unsigned p_seed, Sabotage const& p_sabotage, Answer p_answer, bool p_litter) {
-    SCOPED_TRACE(::testing::Message() << "tree " << p_seed << ", node " << p_sabotage.node << ", hook " << p_sabotage.hook
-                                      << ", first call " << p_sabotage.isFirstModelCall << ", answer "
-                                      << static_cast<int>(p_answer) << ", litter " << p_litter);
+    SCOPED_TRACE(::testing::Message() << "tree " << p_seed << ", node " << p_sabotage.node << ", hook "
+                                      << p_sabotage.hook << ", first call " << p_sabotage.isFirstModelCall
+                                      << ", answer " << static_cast<int>(p_answer) << ", litter " << p_litter);
     Scene undisturbed(p_seed);
     Expectation calm(undisturbed, {});
     ASSERT_EQ(undisturbed.Frame(), calm.Frame(true));

@@ -403,7 +403,8 @@ private:
         Range box;
         for (auto const& child : p_vis.children) {
             child->isActive = IsUp(*child) && IsEnabled(*child);
-            bool const isRoot = child->part < 0 && (models.at(child->model).script.flags & Vis::VisFlagContextRoot) != 0;
+            bool const isRoot =
+                child->part < 0 && (models.at(child->model).script.flags & Vis::VisFlagContextRoot) != 0;
             if (child->isActive && !isRoot)
                 box.Add(child->box);
         }

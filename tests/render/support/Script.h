@@ -26,16 +26,31 @@ namespace Qor::Chart::Render::Fixtures {
 using Box = Types::BoundingBox_Base<double>;
 
 enum Hook {
-    HookUpdateModel, HookUpdate, HookRefresh, HookBox, HookPost, HookFactory,
-    HookSetup, HookDraw, HookHighlight, HookTeardown,
-    HookSetupOverlay, HookDrawOverlay, HookHighlightOverlay, HookTeardownOverlay,
+    HookUpdateModel,
+    HookUpdate,
+    HookRefresh,
+    HookBox,
+    HookPost,
+    HookFactory,
+    HookSetup,
+    HookDraw,
+    HookHighlight,
+    HookTeardown,
+    HookSetupOverlay,
+    HookDrawOverlay,
+    HookHighlightOverlay,
+    HookTeardownOverlay,
     HookCount
 };
 
 enum class Answer { Ok, Invalid, Pending, Throw, ThrowInt };
 
-constexpr std::uint16_t Bit(HandledCallbacks p_callback) { return HandledCallbackSet::MaskOf(p_callback); }
-constexpr bool Has(std::uint16_t p_handled, HandledCallbacks p_callback) { return (p_handled & Bit(p_callback)) != 0; }
+constexpr std::uint16_t Bit(HandledCallbacks p_callback) {
+    return HandledCallbackSet::MaskOf(p_callback);
+}
+constexpr bool Has(std::uint16_t p_handled, HandledCallbacks p_callback) {
+    return (p_handled & Bit(p_callback)) != 0;
+}
 constexpr std::uint16_t AllHooks = 0xFFFF & ~(1U << 12U);
 
 /// What the visual node of a model node is and does.
@@ -60,15 +75,11 @@ class ScriptVis;
 
 class ScriptModel : public Model::ModelNode {
 public:
-    explicit ScriptModel(int p_number, Script const& p_script = {})
-        : number(p_number)
-        , script(p_script) {
+    explicit ScriptModel(int p_number, Script const& p_script = {}) : number(p_number), script(p_script) {
         SetName("n" + std::to_string(p_number));
     }
     /// Reports that the script was changed.
-    void Changed() {
-        TouchThis(ModifiableTypeProperty, ChangeModified, RelationshipSelf, {}, "script", {});
-    }
+    void Changed() { TouchThis(ModifiableTypeProperty, ChangeModified, RelationshipSelf, {}, "script", {}); }
     /// Makes as many children of its own as the script asks for.
     void Grow() {
         for (; grown < script.grown; ++grown) {
@@ -111,9 +122,7 @@ struct World {
 class PartVis : public Vis {
 public:
     PartVis(World& p_world, Core::WeakPtr<Model::ModelNode> p_model, int p_index)
-        : index(p_index)
-        , _world(p_world)
-        , _model(std::move(p_model)) {
+        : index(p_index), _world(p_world), _model(std::move(p_model)) {
         RegisterCB(HandledBoundingBox);
         RegisterCB(HandledDraw);
     }
@@ -136,9 +145,7 @@ private:
 
 class ScriptVis : public Vis {
 public:
-    ScriptVis(World& p_world, Core::Ptr<ScriptModel> const& p_model)
-        : Vis(p_model->script.flags)
-        , _world(p_world) {
+    ScriptVis(World& p_world, Core::Ptr<ScriptModel> const& p_model) : Vis(p_model->script.flags), _world(p_world) {
         _model.Attach(p_model);
         p_model->uses.push_back(this);
         for (int callback = HandledUpdate; callback <= HandledRefreshUpdateContext; ++callback) {
@@ -178,8 +185,9 @@ private:
         return p_answer;
     }
     static NodeStatus Status(Answer p_answer) {
-        return p_answer == Answer::Ok ? NodeStatusOk
-            : p_answer == Answer::Invalid ? NodeStatusInvalid : NodeStatusPending;
+        return p_answer == Answer::Ok     ? NodeStatusOk
+            : p_answer == Answer::Invalid ? NodeStatusInvalid
+                                          : NodeStatusPending;
     }
     Answer Play(Hook p_hook) { return Perform(Model().script.answers[p_hook]); }
 
@@ -237,9 +245,7 @@ private:
         Play(HookRefresh);
         p_context.SpatialDomain().Set(Types::UniformSpatialDomain({}, 1 + Model().number));
     }
-    Box OwnBox(int p_more) const {
-        return {{Model().script.low, 0, 0}, {Model().script.high + p_more, 1, 1}};
-    }
+    Box OwnBox(int p_more) const { return {{Model().script.low, 0, 0}, {Model().script.high + p_more, 1, 1}}; }
     Box DoBoundingBox(Box const& p_children) override {
         _world.Enter(Model(), HookBox);
         Play(HookBox);
@@ -306,8 +312,7 @@ struct Stage : DrawFixture {
         bool operator==(Counts const&) const = default;
     };
 
-    Stage()
-        : DrawFixture(Ogl::RecorderBackend::Keep::Counters) {
+    Stage() : DrawFixture(Ogl::RecorderBackend::Keep::Counters) {
         generator.Register<ScriptModel>([this](Core::Ptr<ScriptModel> const& p_model) {
             Answer const answer = p_model->script.answers[HookFactory];
             world.Enter(*p_model, HookFactory);

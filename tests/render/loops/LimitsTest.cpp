@@ -1,0 +1,183 @@
+#include "render/loops/RenderLoop.h"
+#include "render/loops/UpdateNodePathLoop.h"
+#include "tests/render/support/Script.h"
+#include "framework/core/Exceptions.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+
+/// Trees far deeper, wider and more entangled than any that people make.
+namespace Qor::Chart::Render {
+namespace {
+
+using namespace Fixtures;
+
+#if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
+constexpr std::size_t DefaultStack = std::size_t{128} << 20U; // frames are larger here
+#else
+constexpr std::size_t DefaultStack = std::size_t{8} << 20U;
+#endif
+
+/// A chain of model nodes, the root first; linked from below, while nobody stands above.
+std::vector<Core::Ptr<ScriptModel>> MakeChain(int p_levels) {
+    Script script;
+    script.handled = AllHooks;
+    std::vector<Core::Ptr<ScriptModel>> chain;
+    for (int level = 0; level < p_levels; ++level)
+        chain.push_back(Core::MakeNode<ScriptModel>(level, script));
+    for (int level = p_levels - 1; level > 0; --level)
+        chain[level - 1]->Add(chain[level]);
+    return chain;
+}
+
+struct Frame {
+    Stage::Counts counts;
+    std::uint32_t drawn = 0;
+    std::size_t longestPath = 0;
+};
+
+Frame RunFrame(Stage& p_stage, Core::Ptr<Vis> const& p_root, ScriptModel const& p_last) {
+    Frame frame;
+    frame.counts = p_stage.Update(p_root);
+    UpdateNodePathLoop()(p_root);
+    frame.longestPath = p_last.uses.front()->GetPath().Size();
+    DrawContext context = p_stage.MakeContext();
+    RenderLoop loop(LayerBase, DrawContext::DrawMode::Draw);
+    loop(p_root, context);
+    frame.drawn = loop.DrawnCount();
+    return frame;
+}
+
+TEST(LimitsTest, tenThousandLevelsGoThroughAWholeFrameOnTheDefaultStack) {
+    static constexpr int levels = 10000;
+    RunOnStack(DefaultStack, [] {
+        Stage stage;
+        auto const chain = MakeChain(levels);
+        Core::Ptr<Vis> const root = stage.generator(chain.front());
+        Frame const first = RunFrame(stage, root, *chain.back());
+        EXPECT_EQ(first.counts, (Stage::Counts{levels, levels}));
+        EXPECT_EQ(first.longestPath, levels);
+        EXPECT_EQ(first.drawn, levels);
+        EXPECT_EQ(stage.dispatcher.exceptions.size(), 0U);
+        chain.back()->Changed();
+        EXPECT_EQ(RunFrame(stage, root, *chain.back()).counts, (Stage::Counts{levels, 1}));
+    });
+}
+
+/// Calls a function that must end in the error for trees that are too deep.
+void ExpectTooDeep(char const* p_what, std::function<void()> const& p_function) {
+    try {
+        p_function();
+        ADD_FAILURE() << p_what << ": the tree was not too deep";
+    } catch (Core::TreeTooDeepExcept const& error) {
+        EXPECT_NE(std::string(error.what()).find("Flatten the tree"), std::string::npos);
+    }
+}
+
+TEST(LimitsTest, aTreeTooDeepIsOneErrorAndEverythingCanBeUsedAgain) {
+    static constexpr int levels = 6000;
+    constexpr std::size_t small = std::size_t{512} << 10U;
+    Stage stage;
+    auto const chain = MakeChain(levels);
+    Core::Ptr<Vis> root;
+    DrawContext context = stage.MakeContext();
+    RenderLoop loop(LayerBase, DrawContext::DrawMode::Draw);
+
+    RunOnStack(small, [&] { ExpectTooDeep("generate", [&] { (void)stage.generator(chain.front()); }); });
+    EXPECT_TRUE(chain.front()->uses.empty());
+    RunOnStack(DefaultStack, [&] { root = stage.generator(chain.front()); });
+    RunOnStack(small, [&] {
+        ExpectTooDeep("update", [&] { stage.Update(root); });
+        ExpectTooDeep("paths", [&] { UpdateNodePathLoop()(root); });
+    });
+    EXPECT_EQ(stage.agl.Depths(), Ogl::StackDepths());
+    RunOnStack(DefaultStack, [&] {
+        EXPECT_EQ(stage.Update(root).updated, static_cast<unsigned>(levels));
+        UpdateNodePathLoop()(root);
+    });
+    EXPECT_EQ(chain.back()->uses.front()->GetPath().Size(), static_cast<std::size_t>(levels));
+    RunOnStack(small, [&] { ExpectTooDeep("draw", [&] { loop(root, context); }); });
+    EXPECT_EQ(stage.agl.Depths(), Ogl::StackDepths());
+    EXPECT_EQ(context.ModelView().Size(), 1U);
+    EXPECT_TRUE(root->IsValid());
+    RunOnStack(DefaultStack, [&] { loop(root, context); });
+    EXPECT_EQ(loop.DrawnCount(), static_cast<std::uint32_t>(levels));
+    EXPECT_TRUE(stage.dispatcher.exceptions.empty());
+}
+
+/// A model node that counts what reaches it.
+class CountingModel : public Model::ModelNode {
+public:
+    void TouchThis(ModifiableType p_type, Change p_change, Relationship p_relationship,
+        Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name, boost::any const& p_data) override {
+        ++reached;
+        nearest = std::min(nearest, static_cast<int>(p_relationship));
+        ModelNode::TouchThis(p_type, p_change, p_relationship, p_node, p_name, p_data);
+    }
+    int reached = 0;
+    int nearest = 99;
+};
+
+TEST(LimitsTest, aChangeBelowTwentyDiamondsReachesEveryNodeOnce) {
+    constexpr int diamonds = 20;
+    std::vector<Core::Ptr<CountingModel>> nodes{Core::MakeNode<CountingModel>()};
+    for (int i = 0; i < diamonds; ++i) {
+        Core::Ptr<CountingModel> const below = nodes.back();
+        for (int part = 0; part < 3; ++part)
+            nodes.push_back(Core::MakeNode<CountingModel>());
+        nodes[nodes.size() - 3]->Add(below);
+        nodes[nodes.size() - 2]->Add(below);
+        nodes.back()->Add(nodes[nodes.size() - 3]);
+        nodes.back()->Add(nodes[nodes.size() - 2]);
+        nodes.back()->Add(below); // and a short cut, so that the smallest relationship is not the first to come
+    }
+    for (auto const& node : nodes)
+        node->reached = 0, node->nearest = 99;
+    nodes.front()->Touch();
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        EXPECT_EQ(nodes[i]->reached, 1) << i;
+        EXPECT_EQ(nodes[i]->nearest, i == 0 ? 0 : i <= 3 ? 1 : 2) << i;
+    }
+}
+
+/// Seconds that adding and removing so many children and the updates after it take.
+double SecondsForChildren(int p_count) {
+    Stage stage;
+    Script plain;
+    plain.handled = 0;
+    auto const top = Core::MakeNode<ScriptModel>(0, plain);
+    Core::Ptr<Vis> const root = stage.generator(top);
+    stage.Update(root);
+    std::vector<Core::Ptr<ScriptModel>> children;
+    for (int i = 0; i < p_count; ++i)
+        children.push_back(Core::MakeNode<ScriptModel>(i, plain));
+
+    auto const begin = std::chrono::steady_clock::now();
+    for (auto const& child : children)
+        top->Add(child);
+    stage.Update(root);
+    EXPECT_EQ(root->Size(), static_cast<std::size_t>(p_count));
+    for (int step = 0; step < 2; ++step) { // every second one, then the rest from the end on
+        for (int i = p_count - 1 - step; i >= 0; i -= 2)
+            top->Remove(children[static_cast<std::size_t>(i)]);
+        stage.Update(root);
+    }
+    std::chrono::duration<double> const time = std::chrono::steady_clock::now() - begin;
+    EXPECT_TRUE(root->Empty());
+    return time.count();
+}
+
+TEST(LimitsTest, manyChildrenBetweenTwoUpdatesCostInProportion) {
+    double small = 1;
+    double large = 1;
+    for (int attempt = 0; attempt < 5 && (attempt == 0 || large > 24 * small); ++attempt) {
+        small = SecondsForChildren(2500);
+        large = SecondsForChildren(20000);
+    }
+    EXPECT_LT(large, 24 * small) << "eight times as many; a quadratic cost would be 64 times as much";
+}
+
+} // namespace
+} // namespace Qor::Chart::Render
