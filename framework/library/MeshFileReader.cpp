@@ -68,7 +68,9 @@ bool HasLinearColors(qorfile::filepath const& p_path) {
 
 /// An intensity of light as a value to show: the transfer function of sRGB (IEC 61966-2-1).
 float Shown(float p_intensity) {
-    return p_intensity <= 0.0031308F ? 12.92F * p_intensity : 1.055F * std::pow(p_intensity, 1 / 2.4F) - 0.055F;
+    double const intensity = p_intensity;
+    return static_cast<float>(
+        intensity <= 0.0031308 ? 12.92 * intensity : 1.055 * std::pow(intensity, 1 / 2.4) - 0.055);
 }
 
 Color4f Shown(Color4f const& p_intensity) {
