@@ -40,10 +40,12 @@ public:
     /// Visits the children of a range, in order.
     class ChildrenVisitor {
     public:
-        explicit ChildrenVisitor(DepthFirstSearch& p_search) noexcept : _search(p_search) {}
+        ChildrenVisitor(DepthFirstSearch& p_search, void const* p_parent) noexcept
+            : _search(p_search), _parent(p_parent) {}
 
         template <class Begin, class End>
         void operator()(Begin p_begin, End const& p_end) const {
+            OnPath const onPath(_search._colors, _parent);
             for (; p_begin != p_end; ++p_begin) {
                 if (Handle const& child = *p_begin; child) {
                     _search.Visit(child);
@@ -53,6 +55,7 @@ public:
 
     private:
         DepthFirstSearch& _search;
+        void const* _parent;
     };
 
     /// @param p_what  what is being done, for the report that a tree is too deep: "updating the visual tree". Not copied.
@@ -77,15 +80,21 @@ public:
         return result;
     }
 
-    /// How many nodes are on the current path.
+    /// How many nodes are on the current path: those whose children are being visited.
     std::size_t Depth() const noexcept { return _colors.Size(); }
 
 private:
-    /// Takes the node off the path, whichever way its visit ends.
-    struct OnPath {
-        NodeSet& colors;
-        void const* node;
-        ~OnPath() { colors.Erase(node); }
+    /// Keeps a node on the path for as long as its children are visited.
+    class OnPath {
+    public:
+        OnPath(NodeSet& p_colors, void const* p_node) : _colors(p_colors), _node(p_node) { _colors.Insert(p_node); }
+        ~OnPath() { _colors.Erase(_node); }
+        OnPath(OnPath const&) = delete;
+        OnPath& operator=(OnPath const&) = delete;
+
+    private:
+        NodeSet& _colors;
+        void const* _node;
     };
 
     template <class Op>
@@ -97,16 +106,14 @@ private:
         }
     }
 
+    /// A node is put on the path only when it has its children visited: most nodes of a search that prunes never do.
     bool Visit(Handle const& p_node) {
         void const* const node = p_node.Get();
-        if (!_colors.Insert(node)) {
+        if (_colors.Contains(node))
             return _cycleDetectOp(p_node);
-        }
-        OnPath const onPath{_colors, node};
-        if (_limit.IsNear()) {
+        if (_limit.IsNear())
             ThrowTooDeep();
-        }
-        return _perNodeOp(p_node, ChildrenVisitor(*this));
+        return _perNodeOp(p_node, ChildrenVisitor(*this, node));
     }
     [[noreturn, gnu::noinline, gnu::cold]] void ThrowTooDeep() const {
         throw Core::TreeTooDeepExcept(_what, _colors.Size());

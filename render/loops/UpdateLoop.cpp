@@ -38,9 +38,8 @@ qordebug::channel const& NodeChannel() {
 }
 
 /// Reports what a hook threw, whatever its type.
-[[gnu::noinline, gnu::cold]] void
-ReportCaught(Vis const& p_vis, UpdateContext const& p_context, char const* p_stage, char const* p_signature,
-             int p_line) {
+[[gnu::noinline, gnu::cold]] void ReportCaught(
+    Vis const& p_vis, UpdateContext const& p_context, char const* p_stage, char const* p_signature, int p_line) {
     std::ostringstream text;
     p_vis.Dump(text, Core::Verbosity::Quiet, 0);
     text << " caught exception in UpdateLoop-" << p_stage;
@@ -60,14 +59,14 @@ ReportCaught(Vis const& p_vis, UpdateContext const& p_context, char const* p_sta
     }
 }
 
-[[gnu::noinline, gnu::cold]] void
-ReportInvalid(Vis const& p_vis, UpdateContext const& p_context, char const* p_signature, int p_line) {
+[[gnu::noinline, gnu::cold]] void ReportInvalid(
+    Vis const& p_vis, UpdateContext const& p_context, char const* p_signature, int p_line) {
     p_context.Dispatcher().ReportWarning(p_vis,
-                                         "The last change on this node left the node in an invalid state. "
-                                         "Please read any earlier error messages or verify the last change "
-                                         "and correct the problem, the node will revert to a valid state "
-                                         "once the problem is corrected.\n",
-                                         Utility::AtLine(p_signature, p_line), 2);
+        "The last change on this node left the node in an invalid state. "
+        "Please read any earlier error messages or verify the last change "
+        "and correct the problem, the node will revert to a valid state "
+        "once the problem is corrected.\n",
+        Utility::AtLine(p_signature, p_line), 2);
 }
 
 [[gnu::noinline, gnu::cold]] void ReportMissingFactory(Model::ModelNode const& p_model) {
@@ -124,8 +123,8 @@ public:
     std::vector<std::uint16_t> typePath; ///< type numbers of the nodes on the path, for the log
 
     /// Takes up what a hook threw; it is the exception that is being handled.
-    [[gnu::noinline, gnu::cold]] void Caught(Vis const& p_vis, char const* p_stage, char const* p_signature,
-                                             int p_line) {
+    [[gnu::noinline, gnu::cold]] void Caught(
+        Vis const& p_vis, char const* p_stage, char const* p_signature, int p_line) {
         attributes.Restore();
         ReportCaught(p_vis, context, p_stage, p_signature, p_line);
     }
@@ -148,13 +147,13 @@ public:
 struct UpdateLoop::Step {
     bool hasChanged = false;
     bool hasFailed = false; ///< a hook that runs after the update hook threw
-    bool isSorted = false;  ///< as far as is known
+    bool isSorted = false; ///< as far as is known
     bool areChildrenFresh = false; ///< this update has asked the children whether they are enabled
     std::unique_ptr<std::vector<Core::WeakPtr<Core::Node>>> toRetry; ///< children that could not be made this time
 };
 
-void UpdateLoop::operator()(Core::Ptr<Vis> const& p_root, UpdateContext const& p_context, unsigned& p_visited,
-                            unsigned& p_updated) const {
+void UpdateLoop::operator()(
+    Core::Ptr<Vis> const& p_root, UpdateContext const& p_context, unsigned& p_visited, unsigned& p_updated) const {
     if (!p_root || !p_root->IsEnabled())
         return;
     Utility::GetLogger().out(FrameChannel()) << "Begin Update ..................................";
@@ -164,8 +163,8 @@ void UpdateLoop::operator()(Core::Ptr<Vis> const& p_root, UpdateContext const& p
         auto const updateNode = [&run](Core::Ptr<Vis> const& p_node, auto const& p_visitChildren) {
             return UpdateNode(p_node, p_visitChildren, run);
         };
-        auto search = Algorithms::DepthFirstSearch<Core::Ptr<Vis>, ActiveIterator>::Make("updating the visual tree",
-                                                                                         updateNode, &OnCycle);
+        auto search = Algorithms::DepthFirstSearch<Core::Ptr<Vis>, ActiveIterator>::Make(
+            "updating the visual tree", updateNode, &OnCycle);
         search(p_root);
     }
     Utility::GetLogger().out(FrameChannel()) << "End Update ..................................";
@@ -285,8 +284,8 @@ void UpdateLoop::RemoveChildren(Vis& p_vis) {
         p_vis.Remove(child);
 }
 
-void UpdateLoop::AddChildren(Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, Run& p_run,
-                             Step& p_step) {
+void UpdateLoop::AddChildren(
+    Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, Run& p_run, Step& p_step) {
     for (Core::Ptr<Model::ModelNode> const& model : p_models) {
         if (!p_run.context.Generator().IsRegistered(model)) {
             ReportMissingFactory(*model);
@@ -307,7 +306,7 @@ void UpdateLoop::AddChildren(Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>
 void UpdateLoop::UpdateThis(Vis& p_vis, Run& p_run, Step& p_step) {
     bool const isSelfManaged = p_vis.IsFlagged(Vis::VisFlagSelfManaged);
     bool const isDue = p_vis.IsValid() && !p_vis.IsPending() && p_vis.IsHandled(HandledUpdate) &&
-                       (isSelfManaged || Tracker(p_vis).ExplicitModified());
+        (isSelfManaged || Tracker(p_vis).ExplicitModified());
     if (isDue)
         UpdateHook(p_vis, p_run, p_step);
     if ((isDue || isSelfManaged) && p_vis.IsValid() && !p_vis.IsPending())
@@ -331,8 +330,27 @@ void UpdateLoop::UpdateHook(Vis& p_vis, Run& p_run, Step& p_step) {
 }
 
 void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
-    for (Core::Ptr<Vis> const& child : p_vis)
-        child->SetActive(child->IsEnabled());
+    // Their memory may be anywhere: what the next ones need is fetched ahead, first the child, then the way to its model.
+    constexpr int Distance = 6;
+    auto const end = p_vis.end();
+    auto child = p_vis.begin();
+    auto near = child;
+    for (int step = 0; step < Distance && near != end; ++step)
+        ++near;
+    auto far = near;
+    for (int step = 0; step < Distance && far != end; ++step)
+        ++far;
+    for (; child != end; ++child) {
+        if (far != end) {
+            (*far)->Prefetch();
+            ++far;
+        }
+        if (near != end) {
+            (*near)->SourceModel().Prefetch();
+            ++near;
+        }
+        (*child)->SetActive((*child)->IsEnabled());
+    }
     p_step.areChildrenFresh = true;
 }
 

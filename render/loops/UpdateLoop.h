@@ -24,8 +24,8 @@ public:
     /// @param p_updated  grows by one for every update hook that is called
     /// @throws Core::CyclicDependencyFoundExcept when a node is its own ancestor
     /// @throws Core::TreeTooDeepExcept when the stack does not suffice
-    void operator()(Core::Ptr<Vis> const& p_root, UpdateContext const& p_context, unsigned& p_visited,
-                    unsigned& p_updated) const;
+    void operator()(
+        Core::Ptr<Vis> const& p_root, UpdateContext const& p_context, unsigned& p_visited, unsigned& p_updated) const;
 
 private:
     class Run;
@@ -38,8 +38,8 @@ private:
     static void UpdateModel(Vis& p_vis, Run& p_run);
     static void FollowModel(Vis& p_vis, Run& p_run, Step& p_step);
     static void RemoveChildren(Vis& p_vis);
-    static void AddChildren(Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, Run& p_run,
-                            Step& p_step);
+    static void AddChildren(
+        Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, Run& p_run, Step& p_step);
     static void UpdateThis(Vis& p_vis, Run& p_run, Step& p_step);
     static void UpdateHook(Vis& p_vis, Run& p_run, Step& p_step);
     static void ActivateChildren(Vis& p_vis, Step& p_step);
