@@ -38,7 +38,7 @@ function(qor_compile_settings p_target)
     target_compile_options(${p_target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
         # What g++ 12 reports falsely about sums of text and std::string once they are inlined.
-        $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow>
+        "$<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow>"
         $<$<BOOL:${QOR_WARNINGS_AS_ERRORS}>:-Werror>)
     # Calls within a shared library go straight to their function and may be inlined.
     target_compile_options(${p_target} PRIVATE -fno-semantic-interposition)

@@ -2,9 +2,12 @@
 #include "framework/model/SimpleObject.h"
 #include "host/Offscreen.h"
 
+#include <QColor>
+
 #include <cmath>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 
 using namespace Qor::Chart;
 

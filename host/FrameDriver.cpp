@@ -6,6 +6,7 @@
 #include "framework/qordebug/highrestimer.h"
 #include "framework/types/Color4f.h"
 #include "framework/types/Vector4.h"
+#include "framework/utility/Logger.h"
 #include "framework/utility/Scoped.h"
 #include "framework/utility/Unscoped.h"
 #include "host/HostError.h"
@@ -189,8 +190,13 @@ void FrameDriver::LoadView(DrawContext const& p_context) {
 void FrameDriver::SetUpLights(DrawContext& p_context) {
     Ogl::Agl& agl = _scene.Graphics();
     std::vector<Core::Ptr<Model::Light>> lights = _scene.Lights();
-    if (lights.size() > MaxLights)
+    if (lights.size() > MaxLights) {
+        if (!_hasReportedLights)
+            Utility::GetLogger().warning("The scene has " + std::to_string(lights.size()) +
+                " lights; only the first 8 of the tree shine. Disable those that are not needed.");
+        _hasReportedLights = true;
         lights.resize(MaxLights);
+    }
     if (lights.empty())
         return;
     DrawContext::LightList inForce;

@@ -67,6 +67,7 @@ private:
     FrameStatistics _statistics;
     Types::Matrix4 _projection;
     bool _showBounds = false;
+    bool _hasReportedLights = false;
 };
 
 } // namespace Qor::Chart::Host

@@ -77,6 +77,10 @@ void Offscreen::UpdateAll() {
     _driver->Update();
     for (int round = 1; round < MaxUpdates && _scene->Dispatcher().UpdateRequested(); ++round)
         _driver->Update();
+    if (_scene->Dispatcher().UpdateRequested())
+        Utility::GetLogger().warning(
+            "The listeners of this scene ask for another update after each one; the picture shows the last of " +
+            std::to_string(MaxUpdates) + ". See that they change the model only when something changed for them.");
 }
 
 void Offscreen::Fit() {

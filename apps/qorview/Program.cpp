@@ -40,6 +40,9 @@ int Program::Main(int p_argc, char const* const* p_argv) noexcept {
         return Complain(Failure, "There is not enough memory for this; try a smaller picture or a smaller file.");
     } catch (std::exception const& error) {
         return Complain(Failure, error.what());
+    } catch (...) {
+        return Complain(
+            Failure, "Something failed and did not say what; run it again with --backend recorder to see where.");
     }
 }
 

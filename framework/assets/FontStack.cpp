@@ -78,11 +78,12 @@ GlyphBitmap FontStack::MissingGlyph(int p_pixelSize) {
     box.width = std::max(2, MissingGlyphAdvance(p_pixelSize) - 2 * stroke);
     box.height = std::max(3, (p_pixelSize * 7 + 5) / 10);
     box.top = box.height;
-    box.coverage.assign(static_cast<std::size_t>(box.width) * static_cast<std::size_t>(box.height), 0);
+    auto const width = static_cast<std::size_t>(box.width);
+    box.coverage.assign(width * static_cast<std::size_t>(box.height), 0);
     for (int y = 0; y < box.height; ++y) {
         for (int x = 0; x < box.width; ++x) {
             bool const isEdge = x < stroke || y < stroke || x >= box.width - stroke || y >= box.height - stroke;
-            box.coverage[static_cast<std::size_t>(y * box.width + x)] = isEdge ? 255 : 0;
+            box.coverage[static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)] = isEdge ? 255 : 0;
         }
     }
     return box;

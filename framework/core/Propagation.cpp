@@ -57,6 +57,10 @@ void Propagation::Spread(Node& p_origin, IModifiable::ModifiableType p_type, IMo
         return;
     }
     DestructionScope const keepReceivers;
+    struct End {
+        std::deque<Postponed>& postponed;
+        ~End() { postponed.clear(); } // not empty only when there was no memory to go on with
+    } const end{_postponed};
     SpreadOne(p_origin, p_type, p_change, p_relationship, p_node, p_name, p_data);
     while (!_postponed.empty()) {
         Postponed const next = std::move(_postponed.front());

@@ -3,6 +3,7 @@
 #include "framework/utility/Logger.h"
 
 #include <algorithm>
+#include <atomic>
 #include <array>
 #include <bit>
 #include <cstdio>
@@ -74,6 +75,11 @@ PixelRectangle Intersection(PixelRectangle const& p_a, PixelRectangle const& p_b
 }
 
 } // namespace
+
+std::uint64_t Agl::NextId() {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
 
 Agl::Agl(std::unique_ptr<Backend> p_backend)
     : _backend(std::move(p_backend))

@@ -64,6 +64,9 @@ public:
     Agl(Agl const&) = delete;
     Agl& operator=(Agl const&) = delete;
 
+    /// Tells this one from all others that this process ever had; never 0.
+    std::uint64_t Id() const { return _id; }
+
     /// Called by `Utility::Scoped<Agl>`. Scopes nest and cost nothing.
     void EnterScope() noexcept { ++_scopeDepth; }
     void LeaveScope() noexcept { --_scopeDepth; }
@@ -333,6 +336,7 @@ private:
             p_field = p_value;
         }
     }
+    static std::uint64_t NextId();
     static PixelRectangle RoundToPixels(Types::Viewport<0> const& p_rectangle);
     void SetEnables(EnableBit::Type p_bits, bool p_on);
     void SetEnable(char const* p_operation, Token p_capability, bool p_on);
@@ -374,6 +378,7 @@ private:
     void FlushWhenFull();
     Shader const* EffectiveShader() const { return (_boundShader ? _boundShader : _fixedFunction).get(); }
 
+    std::uint64_t const _id = NextId();
     std::unique_ptr<Backend> _backend;
     State _state;
     StateMask _armed = 0;

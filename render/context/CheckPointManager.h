@@ -99,7 +99,8 @@ private:
                 continue;
             _pending.reset(id);
             try {
-                _entries[id]->Restore();
+                if (_entries[id])
+                    _entries[id]->Restore();
             } catch (...) {
                 if (!failure)
                     failure = std::current_exception();

@@ -71,7 +71,7 @@ DrawContext::GenericShaderEntry MakeShaderEntry(
 DrawContext::GenericShaderEntry ShaderEntryFor(
     Handle p_agl, Assets::Resource const& p_resource, std::bitset<2> const& p_options) {
     struct Kept {
-        Ogl::Agl const* agl; ///< only to compare: it may be gone
+        std::uint64_t agl; ///< number of the graphics that it was made for
         std::shared_ptr<Assets::ShaderText const> text;
         std::bitset<2> options;
         DrawContext::GenericShaderEntry entry;
@@ -81,12 +81,12 @@ DrawContext::GenericShaderEntry ShaderEntryFor(
 
     auto const text = p_resource.ShaderSource(Ogl::ShaderSource::Generic().Name());
     for (Kept const& candidate : kept) {
-        if (candidate.agl == p_agl.Get() && candidate.text == text && candidate.options == p_options)
+        if (candidate.agl == p_agl.Get()->Id() && candidate.text == text && candidate.options == p_options)
             return candidate.entry;
     }
     if (kept.size() == Limit)
         kept.erase(kept.begin());
-    kept.push_back({p_agl.Get(), text, p_options, MakeShaderEntry(text, p_options)});
+    kept.push_back({p_agl.Get()->Id(), text, p_options, MakeShaderEntry(text, p_options)});
     return kept.back().entry;
 }
 

@@ -30,9 +30,9 @@ public:
     std::shared_ptr<Ogl::Shader const> operator()(Utility::Scoped<Ogl::Agl>& p_agl) const {
         if (!QOR_ENSURE(_factory))
             return {};
-        if (!_params->shader || _params->maker != &*p_agl) {
+        if (!_params->shader || _params->maker != p_agl->Id()) {
             _params->shader = (*_factory)(p_agl, _params->state);
-            _params->maker = &*p_agl;
+            _params->maker = p_agl->Id();
         }
         return _params->shader;
     }
@@ -54,7 +54,7 @@ private:
 
         State state;
         std::shared_ptr<Ogl::Shader const> shader;
-        Ogl::Agl const* maker = nullptr; ///< only to compare: it may be gone
+        std::uint64_t maker = 0; ///< number of the graphics that made it
     };
 
     std::shared_ptr<Factory const> _factory;

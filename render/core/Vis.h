@@ -171,15 +171,23 @@ private:
     virtual void DoRefreshUpdateContext(UpdateContext& p_context);
     /// Brings the model up to date before the children are; called twice per update, the second answer counts.
     virtual NodeStatus DoUpdateModel(UpdateContext const& p_context);
+    /// Builds what the node draws from its model. Model children that are added here or later in the update get no visual
+    /// nodes: only `DoUpdateModel`, or a listener after the traversal, may add such.
     virtual NodeStatus DoUpdate(UpdateContext const& p_context);
     /// Runs when the node or its box changed, after the children.
     virtual void DoPostUpdate(UpdateContext const& p_context);
+    /// Writes context values and graphics state for the node and its subtree, in the base passes; the context's values are
+    /// restored by the traversal, what is pushed on the graphics' stacks is popped by the teardown.
     virtual void DoSetup(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl);
+    /// Draws the node, before its children; anything but 0 leaves them out.
     virtual DrawResult DoDraw(DrawContext const& p_context);
+    /// Draws what marks the node, in a pass of its own after the draw pass; setup and teardown are the same.
     virtual DrawResult DoHighlight(DrawContext const& p_context);
     /// Fills the result when the point hits the node; the answer says whether to go on with the children.
     virtual bool DoHit(DrawContext const& p_context, PickPoint const& p_point, HitResult& p_result);
+    /// Undoes the setup, after the children.
     virtual void DoTeardown(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl);
+    // The same for the overlay passes.
     virtual void DoSetupOverlay(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl);
     virtual DrawResult DoDrawOverlay(DrawContext const& p_context);
     virtual DrawResult DoHighlightOverlay(DrawContext const& p_context);
@@ -187,7 +195,9 @@ private:
     virtual void DoTeardownOverlay(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl);
     /// The node's box, given the union of its children's boxes.
     virtual Types::BoundingBox_Base<double> DoBoundingBox(Types::BoundingBox_Base<double> const& p_children);
+    /// Takes or gives up the selection of what a record names.
     virtual void DoSelect(SelectRecord const& p_record, Core::NodePath const& p_path, bool p_selected);
+    /// Appends the records of what a hit selects; appends none by default.
     virtual void GetSelectRecords(HitRecord const& p_hit, std::list<SelectRecord>& p_records);
 
     bool Has(std::uint8_t p_bit) const noexcept { return (_flags & p_bit) != 0; }
@@ -213,7 +223,8 @@ private:
 /// The key by which the traversals reach what a node keeps from everyone else. Only they derive from it.
 class VisHooks {
 protected:
-    VisHooks() noexcept {} // not defaulted, so that a loop may be a constant without an initialiser
+    // Not defaulted, so that a loop may be a constant without an initialiser.
+    VisHooks() noexcept {} // NOLINT(modernize-use-equals-default)
 
     static void RefreshUpdateContext(Vis& p_vis, UpdateContext& p_context) { p_vis.DoRefreshUpdateContext(p_context); }
     static NodeStatus UpdateModel(Vis& p_vis, UpdateContext const& p_context) { return p_vis.DoUpdateModel(p_context); }

@@ -2,6 +2,7 @@
 
 #include "render/context/EventDispatcher.h"
 #include "render/context/UpdateContext.h"
+#include "render/loops/FailureReport.h"
 #include "render/loops/Generator.h"
 #include "render/loops/NodeScope.h"
 
@@ -16,7 +17,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -35,38 +35,6 @@ qordebug::channel const& FrameChannel() {
 qordebug::channel const& NodeChannel() {
     static qordebug::channel const& channel = Utility::GetLogger().get_channel("UpdateLoop");
     return channel;
-}
-
-/// Reports what a hook threw, whatever its type.
-[[gnu::noinline, gnu::cold]] void ReportCaught(
-    Vis const& p_vis, UpdateContext const& p_context, char const* p_stage, char const* p_signature, int p_line) {
-    std::ostringstream text;
-    p_vis.Dump(text, Core::Verbosity::Quiet, 0);
-    text << " caught exception in UpdateLoop-" << p_stage;
-    try {
-        throw;
-    } catch (std::exception const& failure) {
-        text << ": " << failure.what();
-    } catch (...) {
-        text << ": an exception that is no std::exception";
-    }
-    try {
-        p_context.Dispatcher().ReportException(text.str(), Utility::AtLine(p_signature, p_line));
-    } catch (...) {
-        Utility::GetLogger().error(
-            "The report of a failed node could not be handed to the host; see that its dispatcher takes reports "
-            "without throwing.");
-    }
-}
-
-[[gnu::noinline, gnu::cold]] void ReportInvalid(
-    Vis const& p_vis, UpdateContext const& p_context, char const* p_signature, int p_line) {
-    p_context.Dispatcher().ReportWarning(p_vis,
-        "The last change on this node left the node in an invalid state. "
-        "Please read any earlier error messages or verify the last change "
-        "and correct the problem, the node will revert to a valid state "
-        "once the problem is corrected.\n",
-        Utility::AtLine(p_signature, p_line), 2);
 }
 
 [[gnu::noinline, gnu::cold]] void ReportMissingFactory(Model::ModelNode const& p_model) {
@@ -115,7 +83,6 @@ public:
     std::vector<CallbackTypeBitSet> accumulators; ///< one per node on the path: what its children have work for
     unsigned& visited;
     unsigned& updated;
-    unsigned depth = 0;
     /// Whether the children being visited were just asked whether they are enabled. One of them that has not changed
     /// since need not be asked again, which spares the way to its model node.
     bool areChildrenFresh = false;
@@ -126,7 +93,9 @@ public:
     [[gnu::noinline, gnu::cold]] void Caught(
         Vis const& p_vis, char const* p_stage, char const* p_signature, int p_line) {
         attributes.Restore();
-        ReportCaught(p_vis, context, p_stage, p_signature, p_line);
+        std::string const stage = std::string("UpdateLoop-") + p_stage;
+        FailureReport::Caught(
+            p_vis, context.Dispatcher(), context.Verbosity(), stage.c_str(), Utility::AtLine(p_signature, p_line));
     }
 
     void PassUp(CallbackTypeBitSet p_paths) {
@@ -182,16 +151,14 @@ bool UpdateLoop::UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const&
     if (vis.IsValid() && !vis.IsPending()) {
         p_run.context.CreateCheckPoint();
         RefreshContext(vis, p_run, step);
-        ++p_run.depth;
         p_run.accumulators.emplace_back();
         p_run.areChildrenFresh = step.areChildrenFresh;
         p_visitChildren(vis.ActiveBegin(), vis.ActiveEnd());
         p_run.areChildrenFresh = areSiblingsFresh;
-        --p_run.depth;
         GatherChildren(vis, p_run, step);
         p_run.context.RestoreCheckPoint();
     } else if (!vis.IsPending()) {
-        ReportInvalid(vis, p_run.context, __PRETTY_FUNCTION__, __LINE__);
+        FailureReport::Invalid(vis, p_run.context.Dispatcher(), Utility::AtLine("UpdateLoop::UpdateNode", __LINE__));
     }
     EndNode(vis, p_run, step);
     return true;
@@ -202,7 +169,7 @@ bool UpdateLoop::UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const&
     ++p_run.visited;
     ExplicitModificationTracker const& tracker = Tracker(p_vis);
     bool const isModified = tracker.Modified();
-    if ((isModified || !p_run.areChildrenFresh) && !p_vis.IsEnabled())
+    if ((isModified || !p_run.areChildrenFresh || p_vis.IsDisabled()) && !p_vis.IsEnabled())
         return false;
     if (!isModified) {
         p_run.PassUp(p_vis.OptimalPaths());
@@ -378,7 +345,8 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
         Vis& child = *entry;
         bool const wasEntered = TakeEntered(child);
         bool isActive = child.IsActive();
-        if (!isActive || wasEntered || !p_step.areChildrenFresh || Tracker(child).Modified()) {
+        bool const isKnown = isActive && !wasEntered && p_step.areChildrenFresh && !child.IsDisabled();
+        if (!isKnown || Tracker(child).Modified()) {
             isActive = child.IsValid() && !child.IsPending() && child.IsEnabled();
             child.SetActive(isActive);
         }
@@ -444,17 +412,25 @@ void UpdateLoop::UpdateOptimalPaths(Vis& p_vis, CallbackTypeBitSet p_children) {
     p_vis.OptimalPaths() = paths;
 }
 
+/// Tells the listeners of the model node that what was pending is done.
+[[gnu::noinline]] void UpdateLoop::ReportCompletion(Vis& p_vis, Run& p_run) {
+    auto const model = p_vis.SourceModel();
+    if (!QOR_ENSURE_TEXT(!model.Expired(), "The weak pointer has expired!"))
+        return;
+    Utility::GetLogger().out(NodeChannel())
+        << "UpdateLoop: Dispatching PendingUpdateCompleteArgs for model node: " << *model.Peek();
+    try {
+        p_run.context.Dispatcher().DispatchEvent(
+            model, std::make_shared<Model::Events::PendingUpdateCompletedArgs>(model, p_vis.BoundingBox()));
+    } catch (...) {
+        p_run.Caught(p_vis, "DispatchEvent", __PRETTY_FUNCTION__, __LINE__);
+    }
+}
+
 /// Everything that comes after the children, also for a node that turned pending or invalid.
 [[gnu::noinline]] void UpdateLoop::EndNode(Vis& p_vis, Run& p_run, Step& p_step) {
-    if (p_vis.IsPendingUpdateAttempt() && !p_vis.IsPending()) {
-        auto const model = p_vis.SourceModel();
-        if (QOR_ENSURE_TEXT(!model.Expired(), "The weak pointer has expired!")) {
-            Utility::GetLogger().out(NodeChannel())
-                << "UpdateLoop: Dispatching PendingUpdateCompleteArgs for model node: " << *model.Peek();
-            p_run.context.Dispatcher().DispatchEvent(
-                model, std::make_shared<Model::Events::PendingUpdateCompletedArgs>(model, p_vis.BoundingBox()));
-        }
-    }
+    if (p_vis.IsPendingUpdateAttempt() && !p_vis.IsPending())
+        ReportCompletion(p_vis, p_run);
     ClearPendingUpdateAttempt(p_vis);
     if (!p_step.isSorted && !std::is_sorted(p_vis.begin(), p_vis.end(), &LayerSortNodes))
         p_vis.StableSort(&LayerSortNodes);

@@ -46,6 +46,7 @@ private:
     static void RefreshContext(Vis& p_vis, Run& p_run, Step& p_step);
     static void GatherChildren(Vis& p_vis, Run& p_run, Step& p_step);
     static void UpdateOptimalPaths(Vis& p_vis, CallbackTypeBitSet p_children);
+    static void ReportCompletion(Vis& p_vis, Run& p_run);
     static void EndNode(Vis& p_vis, Run& p_run, Step& p_step);
     static bool LayerSortNodes(Core::Ptr<Vis> const& p_left, Core::Ptr<Vis> const& p_right) noexcept;
 };

@@ -218,7 +218,8 @@ void SimpleObject::DrawSymbol(Agl& p_agl, Types::Color4f const& p_color) const {
 void SimpleObject::DrawBehindGeometry(Agl& p_agl) const {
     BehindGeometryLook const look = _isFront ? BehindGeometryLook{12, _color.alpha} : BehindGeometryLook{4, FaintAlpha};
     {
-        Ogl::PushAttribScope const saved(p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_POLYGON_STIPPLE_BIT);
+        Ogl::PushAttribScope const saved(
+            p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_ENABLE_BIT | AGL_POLYGON_STIPPLE_BIT);
         p_agl->Disable(AGL_DEPTH_TEST);
         BlendOver(p_agl);
         p_agl->Enable(AGL_POLYGON_STIPPLE);

@@ -32,10 +32,12 @@ void UnitSystemConverter::GetConversionFactors(
     std::wstring const& p_source, std::wstring const& p_dest, double& p_factor, double& p_offset) const {
     p_factor = 1.0;
     p_offset = 0.0;
-    if (p_source == p_dest || !QOR_ENSURE(_converter))
+    if (p_source == p_dest)
         return;
+    bool const hasConverter = QOR_ENSURE(_converter);
     (void)QOR_ENSURE(AreConvertable(p_source, p_dest));
-    _converter->GetConversionFactors(p_source, p_dest, p_factor, p_offset);
+    if (hasConverter)
+        _converter->GetConversionFactors(p_source, p_dest, p_factor, p_offset);
 }
 
 void UnitSystemConverter::GetConversionFactors(

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -17,20 +18,15 @@ namespace {
 
 TEST(UnitConverterTest, convertsByFactorAndOffset) {
     UnitConverter const converter;
-    struct Case {
-        wchar_t const* source;
-        wchar_t const* dest;
-        double factor, offset;
-    };
-    for (Case const& wanted :
-        {Case{L"ft", L"m", 0.3048, 0}, Case{L"km/h", L"m/s", 1 / 3.6, 0}, Case{L"degF", L"degC", 5.0 / 9, -160.0 / 9},
-            Case{L"K", L"degF", 1.8, -459.67}, Case{L"bar", L"psi", 14.503773773, 0}, Case{L"g/cm3", L"kg/m3", 1000, 0},
-            Case{L"%", L"1", 0.01, 0}, Case{L" m ", L"cm", 100, 0}, Case{L"\x00B5m", L"nm", 1000, 0}}) {
+    for (auto const& [source, dest, expectedFactor, expectedOffset] :
+        {std::tuple(L"ft", L"m", 0.3048, 0.0), {L"km/h", L"m/s", 1 / 3.6, 0}, {L"degF", L"degC", 5.0 / 9, -160.0 / 9},
+            {L"K", L"degF", 1.8, -459.67}, {L"bar", L"psi", 14.503773773, 0}, {L"g/cm3", L"kg/m3", 1000, 0},
+            {L"%", L"1", 0.01, 0}, {L" m ", L"cm", 100, 0}, {L"\x00B5m", L"nm", 1000, 0}}) {
         double factor = -1, offset = -1;
-        EXPECT_TRUE(converter.AreConvertable(wanted.source, wanted.dest)) << wanted.source;
-        converter.GetConversionFactors(wanted.source, wanted.dest, factor, offset);
-        EXPECT_NEAR(factor, wanted.factor, 1e-9 * std::abs(wanted.factor)) << wanted.source;
-        EXPECT_NEAR(offset, wanted.offset, 1e-8) << wanted.source;
+        EXPECT_TRUE(converter.AreConvertable(source, dest)) << source;
+        converter.GetConversionFactors(source, dest, factor, offset);
+        EXPECT_NEAR(factor, expectedFactor, 1e-9 * std::abs(expectedFactor)) << source;
+        EXPECT_NEAR(offset, expectedOffset, 1e-8) << source;
     }
 }
 
@@ -51,7 +47,6 @@ TEST(UnitConverterTest, whatIsNoUnitOrNoLinearConversionIsRefusedInSilence) {
 
 TEST(UnitConverterTest, quantitiesAreShownInSiUnitsUnlessOthersWereChosen) {
     UnitConverter converter;
-    EXPECT_EQ(converter.GetDisplayUnit(L"Length", L"ft"), L"m");
     EXPECT_EQ(converter.GetDisplayUnit(L"Depth of well", L"ft"), L"m") << "the unit tells what it measures";
     EXPECT_EQ(converter.GetDisplayUnit(L"Torque", L"lbf.ft"), L"N.m");
     EXPECT_EQ(converter.GetDisplayUnit(L"Mood", L"smile"), L"smile");

@@ -19,6 +19,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -36,6 +37,8 @@ public:
     void ReportException(std::string const& p_text, std::string const& p_location) override {
         exceptions.push_back(p_text);
         locations.push_back(p_location);
+        if (throwsOnException)
+            throw std::runtime_error("no");
     }
     void ReportWarning(Vis const&, std::string const& p_text, std::string const&, int p_level) override {
         warnings.emplace_back(p_level, p_text);
@@ -53,6 +56,7 @@ public:
     std::vector<std::pair<int, std::string>> warnings;
     std::vector<Core::WeakPtr<Model::ModelNode>> events;
     std::vector<int> redraws;
+    bool throwsOnException = false;
 };
 
 /// The recorder on a machine whose device may lack a feature.

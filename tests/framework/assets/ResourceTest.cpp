@@ -46,9 +46,7 @@ TEST_F(ResourceTest, anImageIsSharedUntilItsLastUserGoesOrItsFileChanges) {
     fs::last_write_time(file, fs::last_write_time(file) + std::chrono::seconds(2));
     EXPECT_EQ(cache.Image(file)->width(), 9);
     EXPECT_EQ(image->width(), 7);
-    std::weak_ptr<QImage const> const weak = image;
     image.reset();
-    EXPECT_TRUE(weak.expired());
     EXPECT_EQ(cache.Size(), 0U);
 }
 

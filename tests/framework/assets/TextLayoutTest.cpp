@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <tuple>
 #include <vector>
 
 namespace Qor::Chart::Assets {
@@ -25,31 +26,31 @@ public:
         int p_height = TextLayout::Unlimited, bool p_breaksLines = true) {
         return TextLayout(fonts, p_text, {16, p_width, p_height, p_breaksLines});
     }
-    static std::vector<std::uint32_t> Glyphs(TextLayout::Line const& p_line) {
+    /// The glyphs of the first line, from the left.
+    std::vector<std::uint32_t> Drawn(std::u32string const& p_text) {
         std::vector<std::uint32_t> glyphs;
-        for (TextLayout::Glyph const& glyph : p_line.glyphs) {
+        for (TextLayout::Glyph const& glyph : Layout(p_text).Lines()[0].glyphs) {
             glyphs.push_back(glyph.glyph);
         }
         return glyphs;
     }
     std::uint32_t GlyphOf(char32_t p_character) { return fonts.FaceFor(p_character)->GlyphOf(p_character); }
+    std::vector<std::uint32_t> GlyphsOf(std::u32string const& p_characters) {
+        std::vector<std::uint32_t> glyphs(p_characters.size());
+        std::ranges::transform(p_characters, glyphs.begin(), [this](char32_t p) { return GlyphOf(p); });
+        return glyphs;
+    }
 
     FontStack fonts{Resource().FontSet("")};
 };
 
 TEST_F(TextLayoutTest, linesEndAtLineFeedsAndAtWords) {
-    struct Case {
-        std::u32string text;
-        std::u32string widestThatFits;
-        std::size_t lines;
-    };
-    std::vector<Case> const cases = {
+    std::vector<std::tuple<std::u32string, std::u32string, std::size_t>> const cases = {
+        // a text, the widest that fits, lines
         {U"", U"", 0},
-        {U"abc", U"abc", 1},
         {U"a\nb\r\nc\rd\u2028e", U"abc", 5},
         {U"a\n\n", U"abc", 3},
         {U"\n", U"a", 2},
-        {U"aaa bbb ccc", U"aaa bbb ccc", 1},
         {U"aaa bbb ccc", U"aaa bbb", 2},
         {U"aaa aaa aaa", U"aaa", 3},
         {U"aaa    ", U"aaa", 1}, // spaces may hang over
@@ -57,9 +58,9 @@ TEST_F(TextLayoutTest, linesEndAtLineFeedsAndAtWords) {
         {U"bb aaaaaa", U"aaa", 3},
         {U"aa-bb", U"aa-", 2},
     };
-    for (Case const& test : cases) {
-        TextLayout const layout = Layout(test.text, Layout(test.widestThatFits).Width());
-        EXPECT_EQ(layout.Lines().size(), test.lines) << testing::PrintToString(test.text);
+    for (auto const& [text, widest, lines] : cases) {
+        TextLayout const layout = Layout(text, Layout(widest).Width());
+        EXPECT_EQ(layout.Lines().size(), lines) << testing::PrintToString(text);
         EXPECT_FALSE(layout.IsElided());
     }
     EXPECT_EQ(Layout(U"aaa bbb", Layout(U"aaa").Width(), TextLayout::Unlimited, false).Lines().size(), 1U);
@@ -68,14 +69,7 @@ TEST_F(TextLayoutTest, linesEndAtLineFeedsAndAtWords) {
 TEST_F(TextLayoutTest, whatDoesNotFitEndsWithAnEllipsis) {
     int const line = Layout(U"a").Height();
     int const wide = Layout(U"aaaa bbbb").Width();
-    struct Case {
-        std::u32string text;
-        int width;
-        int height;
-        std::size_t lines;
-        bool isElided;
-    };
-    std::vector<Case> const cases = {
+    std::vector<std::tuple<std::u32string, int, int, std::size_t, bool>> const cases = {
         {U"aaaa bbbb", wide, line, 1, false},
         {U"aaaa bbbb", wide - 1, line, 1, true},
         {U"aaaa bbbb", wide - 1, 2 * line, 2, false},
@@ -85,12 +79,12 @@ TEST_F(TextLayoutTest, whatDoesNotFitEndsWithAnEllipsis) {
         {U"aaaa bbbb", 0, 0, 1, true},
     };
     std::uint32_t const ellipsis = GlyphOf(0x2026);
-    for (Case const& test : cases) {
-        TextLayout const layout = Layout(test.text, test.width, test.height);
-        ASSERT_EQ(layout.Lines().size(), test.lines) << test.width << " x " << test.height;
-        EXPECT_EQ(layout.IsElided(), test.isElided);
-        EXPECT_EQ(layout.Lines().back().glyphs.back().glyph == ellipsis, test.isElided);
-        EXPECT_TRUE(layout.Width() <= test.width || test.width == 0) << layout.Width();
+    for (auto const& [text, width, height, lines, isElided] : cases) {
+        TextLayout const layout = Layout(text, width, height);
+        ASSERT_EQ(layout.Lines().size(), lines) << width << " x " << height;
+        EXPECT_EQ(layout.IsElided(), isElided);
+        EXPECT_EQ(layout.Lines().back().glyphs.back().glyph == ellipsis, isElided);
+        EXPECT_TRUE(layout.Width() <= width || width == 0) << layout.Width();
     }
     TextLayout const hebrew = Layout(U"שלום עולם", Layout(U"שלום עולם").Width() - 1, line);
     EXPECT_EQ(hebrew.Lines().front().glyphs.front().glyph, ellipsis) << "right-to-left text ends on the left";
@@ -100,31 +94,20 @@ TEST_F(TextLayoutTest, rightToLeftTextRunsFromTheRight) {
     if (!fonts.FaceFor(U'א') || !fonts.FaceFor(U'ب')) {
         GTEST_SKIP() << "no font has Hebrew and Arabic";
     }
-    auto const glyphs = [this](std::u32string const& p_characters) {
-        std::vector<std::uint32_t> result;
-        for (char32_t const character : p_characters) {
-            result.push_back(GlyphOf(character));
-        }
-        return result;
-    };
-    EXPECT_EQ(Glyphs(Layout(U"אבג").Lines()[0]), glyphs(U"גבא"));
-    EXPECT_EQ(Glyphs(Layout(U"x אב 12 y").Lines()[0]), glyphs(U"x 12 בא y")) << "numbers keep their order";
-    EXPECT_EQ(Glyphs(Layout(U"א x(y) ב").Lines()[0]), glyphs(U"ב x(y) א"));
-    EXPECT_EQ(Glyphs(Layout(U"א(ב").Lines()[0]), glyphs(U"ב)א")) << "brackets are mirrored";
+    EXPECT_EQ(Drawn(U"אבג"), GlyphsOf(U"גבא"));
+    EXPECT_EQ(Drawn(U"x אב 12 y"), GlyphsOf(U"x 12 בא y")) << "numbers keep their order";
+    EXPECT_EQ(Drawn(U"א x(y) ב"), GlyphsOf(U"ב x(y) א"));
+    EXPECT_EQ(Drawn(U"א(ב"), GlyphsOf(U"ב)א")) << "brackets are mirrored";
     EXPECT_TRUE(Layout(U"אב x").Lines()[0].isRightToLeft);
     EXPECT_FALSE(Layout(U"x אב").Lines()[0].isRightToLeft);
-
-    auto const arabic = Glyphs(Layout(U"ببب").Lines()[0]);
+    auto const arabic = Drawn(U"ببب");
     ASSERT_EQ(arabic.size(), 3U);
     EXPECT_TRUE(arabic[0] != arabic[1] && arabic[1] != arabic[2]) << "letters join";
 }
 
 TEST_F(TextLayoutTest, marksStandOverTheirLettersAndControlsVanish) {
     EXPECT_EQ(Layout(U"e\u0301").Width(), Layout(U"é").Width());
-    EXPECT_EQ(Layout(U"a\u200D\u2060\u202Db\x07"
-                     U"c")
-                  .Width(),
-        Layout(U"abc").Width());
+    EXPECT_EQ(Layout(U"a\u200D\u2060\u202Db\x07 c").Width(), Layout(U"ab c").Width());
     EXPECT_EQ(Layout(U"a\tb").Width(), Layout(U"a b").Width());
 }
 
@@ -134,8 +117,7 @@ TEST_F(TextLayoutTest, missingCharactersAreBoxesAndOneLineInTheLog) {
     TextLayout const layout(none, U"ab\u0301 אc", {});
     EXPECT_TRUE(std::ranges::all_of(
         layout.Lines()[0].glyphs, [](TextLayout::Glyph const& p_glyph) { return p_glyph.face == nullptr; }));
-    EXPECT_GT(layout.Width(), 0);
-    EXPECT_GT(layout.Height(), 0);
+    EXPECT_TRUE(layout.Width() > 0 && layout.Height() > 0);
     EXPECT_EQ(capture.texts().size(), 2U) << "one for the file, one for the characters";
 
     capture.clear();
@@ -151,12 +133,11 @@ TEST_F(TextLayoutTest, aTextOfAMillionCharactersIsCutShort) {
         while (text.size() < 1'000'000) {
             text += piece;
         }
-        TextLayout const inside = Layout(text, 200, 100);
-        EXPECT_TRUE(inside.IsElided());
-        EXPECT_LE(inside.Height(), 100);
-        TextLayout const whole = Layout(text);
-        EXPECT_TRUE(whole.IsElided());
-        EXPECT_LE(whole.Lines().size(), TextLayout::MaxLength + 1);
+        for (int const extent : {100, TextLayout::Unlimited}) {
+            TextLayout const layout = Layout(text, extent, extent);
+            EXPECT_TRUE(layout.IsElided() && layout.Height() <= extent);
+            EXPECT_LE(layout.Lines().size(), TextLayout::MaxLength + 1);
+        }
     }
 }
 
@@ -185,10 +166,8 @@ TEST(FontSetTest, namesThatAreNotInstalledAndBrokenFilesFallBack) {
         GTEST_SKIP() << "no font is installed";
     }
     EXPECT_TRUE(capture.empty());
-    EXPECT_FALSE(resource.FontSet("No Such Family").empty());
-    EXPECT_FALSE(resource.FontSet("No Such Family").empty());
+    EXPECT_FALSE(resource.FontSet("No Such Family").empty() || resource.FontSet("No Such Family").empty());
     EXPECT_EQ(capture.texts().size(), 1U);
-
     std::vector<FontFile> const broken = resource.FontSet("Broken");
     ASSERT_GT(broken.size(), 1U);
     EXPECT_EQ(broken[0].file.filename(), "Broken.ttf");

@@ -1,9 +1,5 @@
 #include "tests/framework/ogl/RecordedAgl.h"
 
-#include "framework/ogl/Bind.h"
-
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 
@@ -21,7 +17,6 @@ TEST(AglMerge, drawsThatDifferInMatrixAndColorAloneTakeFewCallsAndAllArrive) {
         agl.PushMatrix();
         agl.Enable(AGL_BLEND);
         agl.LineWidth(4);
-        agl.Normal({1, 0, 0});
         agl.Translate(i, 2 * i, 3 * i);
         agl.Color(float(i), 0, 0, 0.5F);
         agl.Draw(square);
@@ -46,12 +41,7 @@ TEST(AglMerge, drawsThatDifferInMatrixAndColorAloneTakeFewCallsAndAllArrive) {
 TEST(AglMerge, anythingElseThatDiffersKeepsThemApart) {
     std::vector<std::pair<char const*, std::function<void(Agl&)>>> const changes = {
         {"enable", [](Agl& p) { p.Enable(AGL_BLEND); }},
-        {"projection",
-            [](Agl& p) {
-                p.MatrixMode(AGL_PROJECTION);
-                p.Scale(2, 1, 1);
-                p.MatrixMode(AGL_MODELVIEW);
-            }},
+        {"projection", [](Agl& p) { p.MatrixMode(AGL_PROJECTION), p.Scale(2, 1, 1), p.MatrixMode(AGL_MODELVIEW); }},
         {"projective model-view", [](Agl& p) { p.LoadMatrix(Types::Matrix4::Perspective(45, 1, 1, 10)); }},
         {"light", [](Agl& p) { p.Light(AGL_LIGHT0, AGL_DIFFUSE, Types::Color4f(1, 0, 0)); }},
         {"viewport", [](Agl& p) { p.Viewport(Types::Viewport<0>(0, 0, 10, 10)); }},
@@ -77,9 +67,9 @@ TEST(AglMerge, equalBuffersAndShadersAreSharedWhileInUse) {
     Agl& agl = recorded.agl;
     auto buffer = MakeSquare(agl);
     EXPECT_EQ(buffer, agl.CreatePrimitiveBuffer(buffer->Indices(), buffer->Vertices()));
+    auto const lit = GenericShader::State(std::bitset<2>(3));
     EXPECT_EQ(agl.GenGenericShader(), agl.GenGenericShader());
-    EXPECT_NE(
-        agl.GenGenericShader(), agl.GenGenericShader(ShaderSource::Generic(), GenericShader::State(std::bitset<2>(3))));
+    EXPECT_NE(agl.GenGenericShader(), agl.GenGenericShader(ShaderSource::Generic(), lit));
     std::weak_ptr<PrimitiveBuffer const> const weak = buffer;
     agl.Draw(buffer);
     buffer.reset();

@@ -6,8 +6,6 @@
 #include "framework/ogl/OffscreenTarget.h"
 #include "framework/ogl/OpenGlBackend.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <utility>
@@ -52,18 +50,13 @@ public:
         p_agl.MatrixMode(Tokens::AGL_MODELVIEW);
         p_agl.LoadIdentity();
     }
-    void Draw(Token p_kind, std::initializer_list<Agl::Vector3> p_vertices) const {
-        agl->Begin(p_kind);
-        for (Agl::Vector3 const& vertex : p_vertices) {
-            agl->Vertex(vertex.x, vertex.y, vertex.z);
-        }
-        agl->End();
-    }
     void Rectangle(double p_left, double p_bottom, double p_right, double p_top, double p_z = 0) const {
-        Draw(Tokens::AGL_QUADS,
+        DrawImmediate(*agl, Tokens::AGL_QUADS,
             {{p_left, p_bottom, p_z}, {p_right, p_bottom, p_z}, {p_right, p_top, p_z}, {p_left, p_top, p_z}});
     }
-    void Line(Agl::Vector3 const& p_from, Agl::Vector3 const& p_to) const { Draw(Tokens::AGL_LINES, {p_from, p_to}); }
+    void Line(Agl::Vector3 const& p_from, Agl::Vector3 const& p_to) const {
+        DrawImmediate(*agl, Tokens::AGL_LINES, {p_from, p_to});
+    }
     QColor Middle() const { return At(Picture(), 32, 32); }
     QImage Picture() const { return agl->ReadPixels(0, 0, Size, Size); }
     /// A pixel, counted from the lower left.
@@ -80,14 +73,11 @@ public:
         return count;
     }
     static testing::AssertionResult IsNear(QColor const& p_actual, QColor const& p_expected, int p_tolerance = 2) {
-        for (int const difference : {p_actual.red() - p_expected.red(), p_actual.green() - p_expected.green(),
-                 p_actual.blue() - p_expected.blue()}) {
-            if (std::abs(difference) > p_tolerance) {
-                return testing::AssertionFailure()
-                    << p_actual.name().toStdString() << " is not " << p_expected.name().toStdString();
-            }
-        }
-        return testing::AssertionSuccess();
+        bool const isNear = std::abs(p_actual.red() - p_expected.red()) <= p_tolerance &&
+            std::abs(p_actual.green() - p_expected.green()) <= p_tolerance &&
+            std::abs(p_actual.blue() - p_expected.blue()) <= p_tolerance;
+        return (isNear ? testing::AssertionSuccess() : testing::AssertionFailure())
+            << p_actual.name().toStdString() << " for " << p_expected.name().toStdString();
     }
 
     std::unique_ptr<Context> context;

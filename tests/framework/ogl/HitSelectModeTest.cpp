@@ -3,10 +3,8 @@
 #include "framework/ogl/Context.h"
 #include "framework/ogl/HitDetect.h"
 #include "framework/ogl/OffscreenTarget.h"
-#include "framework/utility/Scoped.h"
 
 #include <epoxy/gl.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <numbers>
@@ -20,7 +18,7 @@ namespace Qor::Chart::Ogl {
 namespace {
 
 using namespace Tokens;
-using Vector3 = Types::Vector3_Base<float>;
+using Vector3 = Agl::Vector3;
 using Matrix4 = Types::Matrix4;
 
 constexpr int Picks = 2500;
@@ -56,21 +54,18 @@ public:
         bool const isPerspective = Chance(0.6);
         program.projection =
             isPerspective ? Matrix4::Perspective(50, 4.0 / 3, 0.5, 12) : Matrix4::Ortho(-2, 2, -1.5, 1.5, -3, 3);
-        program.modelView = Matrix4::Translation({0, 0, isPerspective ? -In(0, 4) : 0}) *
-            Matrix4::Rotation(In(0, 360), Types::Vector3_Base<double>(Point(1)));
+        program.modelView =
+            Matrix4::Translation({0, 0, isPerspective ? -In(0, 4) : 0}) * Matrix4::Rotation(In(0, 360), Point(1));
         for (int i = 0; i < Names; ++i) {
             program.primitives.push_back(MakePrimitive());
         }
         for (Agl::Vector4& plane : program.clipPlanes) {
-            plane = {Types::Vector3_Base<double>(Point(1)), In(0, 1.5)};
+            plane = {Point(1), In(0, 1.5)};
         }
-        for (Token plane = 0; plane < program.clipPlanes.size(); ++plane) {
-            if (Chance(0.2)) {
-                program.enabled.push_back(AGL_CLIP_PLANE0 + plane);
+        for (Token const capability : {AGL_CLIP_PLANE0, AGL_CLIP_PLANE0 + 1, AGL_CLIP_PLANE0 + 2, AGL_CULL_FACE}) {
+            if (Chance(0.25)) {
+                program.enabled.push_back(capability);
             }
-        }
-        if (Chance(0.4)) {
-            program.enabled.push_back(AGL_CULL_FACE);
         }
         program.cullFace = OneOf({AGL_FRONT, AGL_BACK, AGL_BACK, AGL_FRONT_AND_BACK});
         program.frontFace = OneOf({AGL_CCW, AGL_CW});
@@ -84,34 +79,23 @@ public:
 private:
     double In(double p_low, double p_high) { return std::uniform_real_distribution<>(p_low, p_high)(_engine); }
     bool Chance(double p_share) { return In(0, 1) < p_share; }
-    Token OneOf(std::vector<Token> const& p_tokens) {
-        return p_tokens[static_cast<std::size_t>(In(0, static_cast<double>(p_tokens.size())))];
-    }
-    Vector3 Point(double p_reach) {
-        return Vector3(
-            Types::Vector3_Base<double>(In(-p_reach, p_reach), In(-p_reach, p_reach), In(-p_reach, p_reach)));
-    }
+    Token OneOf(std::vector<Token> const& p_tokens) { return p_tokens[_engine() % p_tokens.size()]; }
+    Vector3 Point(double p_reach) { return {In(-p_reach, p_reach), In(-p_reach, p_reach), In(-p_reach, p_reach)}; }
     /// Vertices anywhere, except that quads and polygons have to be flat and convex.
     Primitive MakePrimitive() {
-        Primitive primitive;
-        primitive.kind = static_cast<Token>(In(0, AGL_POLYGON + 1));
-        primitive.isBuffered = Chance(0.5);
-        auto const count = static_cast<std::size_t>(In(1, 10));
-        bool const isFlat = primitive.kind >= AGL_QUADS;
+        auto const count = static_cast<int>(In(1, 10));
+        Primitive primitive{static_cast<Token>(In(0, AGL_POLYGON + 1)), {}, Chance(0.5)};
         Vector3 const center = Point(1.5);
         Vector3 const across = Point(1);
         Vector3 const along = Point(1);
-        for (std::size_t i = 0; i < count; ++i) {
-            if (!isFlat) {
+        for (int i = 0; i < count; ++i) {
+            double const angle = 2 * std::numbers::pi * i / (primitive.kind == AGL_QUADS ? 4 : count);
+            if (primitive.kind < AGL_QUADS) {
                 primitive.vertices.push_back(Point(1.8));
             } else if (primitive.kind == AGL_QUAD_STRIP) {
-                float const step = static_cast<float>(i / 2) * 0.4F;
-                primitive.vertices.push_back(center + across * step + along * (i % 2 == 0 ? 0.5F : -0.5F));
+                primitive.vertices.push_back(center + across * (0.4 * (i / 2)) + along * (i % 2 - 0.5));
             } else {
-                std::size_t const corners = primitive.kind == AGL_QUADS ? 4 : count;
-                double const angle = 2 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(corners);
-                primitive.vertices.push_back(center + across * static_cast<float>(std::cos(angle)) +
-                    along * static_cast<float>(std::sin(angle)));
+                primitive.vertices.push_back(center + across * std::cos(angle) + along * std::sin(angle));
             }
         }
         return primitive;
@@ -142,16 +126,12 @@ std::vector<HitRecord> PickWithAgl(Program const& p_program) {
             Primitive const& primitive = p_program.primitives[name];
             if (primitive.isBuffered) {
                 VertexData data;
-                data.positions = primitive.vertices;
+                data.positions = {primitive.vertices.begin(), primitive.vertices.end()};
                 std::vector<std::uint32_t> indices(primitive.vertices.size());
                 std::iota(indices.begin(), indices.end(), 0U);
                 agl.Draw(MakeShape(agl, primitive.kind, std::move(data), std::move(indices)));
             } else {
-                agl.Begin(primitive.kind);
-                for (Vector3 const& vertex : primitive.vertices) {
-                    agl.Vertex(Agl::Vector3(vertex));
-                }
-                agl.End();
+                DrawImmediate(agl, primitive.kind, primitive.vertices);
             }
         }
     }
@@ -197,7 +177,7 @@ std::vector<HitRecord> PickWithDriver(Program const& p_program) {
         glLoadName(name);
         glBegin(p_program.primitives[name].kind);
         for (Vector3 const& vertex : p_program.primitives[name].vertices) {
-            glVertex3f(vertex.x, vertex.y, vertex.z);
+            glVertex3d(vertex.x, vertex.y, vertex.z);
         }
         glEnd();
     }
@@ -237,16 +217,10 @@ TEST(HitSelectMode, driverFindsTheSameNamesAndDepths) {
         auto const ours = PickWithAgl(program);
         auto const theirs = PickWithDriver(program);
         hits += ours.size();
-        EXPECT_TRUE(Agree(ours, theirs)) << "pick " << pick << "\n"
-                                         << testing::PrintToString(ours) << "\n"
-                                         << testing::PrintToString(theirs);
+        EXPECT_TRUE(Agree(ours, theirs)) << pick << testing::PrintToString(ours) << testing::PrintToString(theirs);
     }
-    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
     EXPECT_GT(hits, 2000U);
-    RecordProperty("hits", static_cast<int>(hits));
-    // The comparison can fail.
-    EXPECT_FALSE(Agree({{1, 0.5}}, {{1, 0.5001}}));
-    EXPECT_FALSE(Agree({{1, 0.5}}, {{2, 0.5}}));
 }
 
 } // namespace

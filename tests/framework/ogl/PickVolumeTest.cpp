@@ -38,67 +38,6 @@ State MakeState(Random& p_random) {
     return state;
 }
 
-PickArea AreaAround(double p_x, double p_y, double p_reach) {
-    return {p_x - p_reach, p_y - p_reach, p_x + p_reach, p_y + p_reach};
-}
-
-/// The least depth over all crossings of two boundaries that break no rule: what is inside is a convex polygon of the
-/// parameters u and v, and depth has no minimum between its corners.
-double EnumeratedDepth(PickVolume const& p_volume, Vector4 const& p_a, Vector4 const& p_b, Vector4 const& p_c) {
-    struct Rule {
-        double constant, u, v;
-        double At(double p_u, double p_v) const { return constant + u * p_u + v * p_v; }
-    };
-    std::vector<Rule> rules = {{0, 1, 0}, {0, 0, 1}, {1, -1, -1}};
-    for (Vector4 const& plane : p_volume.Planes()) {
-        double const atA = Dot(plane, p_a);
-        rules.push_back({atA, Dot(plane, p_b) - atA, Dot(plane, p_c) - atA});
-    }
-    double nearest = PickVolume::NoHit;
-    for (Rule const& first : rules) {
-        for (Rule const& second : rules) {
-            double const determinant = first.u * second.v - first.v * second.u;
-            double const u = (first.v * second.constant - second.v * first.constant) / determinant;
-            double const v = (second.u * first.constant - first.u * second.constant) / determinant;
-            bool const isInside = determinant != 0 &&
-                std::all_of(rules.begin(), rules.end(), [&](Rule const& p) { return p.At(u, v) >= -1e-10; });
-            if (isInside) {
-                nearest = std::min(nearest, p_volume.WindowDepth(p_a + (p_b - p_a) * u + (p_c - p_a) * v));
-            }
-        }
-    }
-    return nearest;
-}
-
-TEST(PickVolume, agreesWithTheEnumerationOfAllCorners) {
-    Random random(5);
-    int hits = 0;
-    for (int turn = 0; turn < 5000; ++turn) {
-        State const state = MakeState(random);
-        bool const isPerspective = turn % 2 == 0;
-        Matrix4 const projection =
-            isPerspective ? Matrix4::Perspective(60, 4.0 / 3, 0.5, 20) : Matrix4::Ortho(-3, 3, -2, 2, -4, 4);
-        Matrix4 const modelView =
-            Matrix4::Translation({0, 0, isPerspective ? -2.0 : 0.0}) * Matrix4::Rotation(turn, random.Point(1));
-        PickArea const area = AreaAround(random.In(0, 440), random.In(0, 320), random.In(1, 60));
-        PickVolume const volume(area, modelView, projection, state);
-        Vector4 const a(random.Point(3), 1);
-        Vector4 const b(random.Point(3), 1);
-        Vector4 const c(random.Point(3), 1);
-        double const expected = volume.IsEmpty() ? PickVolume::NoHit : EnumeratedDepth(volume, a, b, c);
-        double const actual = volume.TriangleDepth(a, b, c);
-        ASSERT_EQ(actual == PickVolume::NoHit, expected == PickVolume::NoHit) << turn;
-        if (actual != PickVolume::NoHit) {
-            ++hits;
-            ASSERT_NEAR(actual, expected, 1e-6) << turn;
-        }
-        Vector4 const middle = a * 0.5 + b * 0.5;
-        double const depth = volume.PointDepth(middle);
-        EXPECT_TRUE(depth == PickVolume::NoHit || volume.LineDepth(a, b) <= depth + 1e-12) << turn;
-    }
-    EXPECT_GT(hits, 500);
-}
-
 std::shared_ptr<PrimitiveBuffer> MakeBuffer(
     Token p_kind, std::vector<Types::Vector3_Base<float>> p_positions, std::vector<std::uint32_t> p_indices) {
     VertexData data;
@@ -113,8 +52,8 @@ std::shared_ptr<PrimitiveBuffer> MakeWaves(std::uint32_t p_side) {
     std::vector<std::uint32_t> indices;
     for (std::uint32_t y = 0; y <= p_side; ++y) {
         for (std::uint32_t x = 0; x <= p_side; ++x) {
-            float const u = 2 * static_cast<float>(x) / static_cast<float>(p_side) - 1;
-            float const v = 2 * static_cast<float>(y) / static_cast<float>(p_side) - 1;
+            float const u = 2 * float(x) / float(p_side) - 1;
+            float const v = 2 * float(y) / float(p_side) - 1;
             positions.emplace_back(u, v, 0.3F * std::sin(9 * u) * std::cos(7 * v));
             if (x < p_side && y < p_side) {
                 std::uint32_t const first = y * (p_side + 1) + x;
@@ -153,13 +92,13 @@ double BruteForce(PrimitiveBuffer const& p_buffer, PickVolume const& p_volume) {
     return nearest;
 }
 
-TEST(PrimitiveTree, findsWhatBruteForceFinds) {
+TEST(PrimitiveTree, findsWhatBruteForceFindsWithLittleMemory) {
     Random random(7);
-    struct Case {
-        std::shared_ptr<PrimitiveBuffer> buffer;
-        int turns;
-    };
-    std::vector<Case> cases = {{MakeWaves(225), 60}, {MakeCloud(Tokens::AGL_LINES, 6000, 0.05, random), 400},
+    auto const waves = MakeWaves(225);
+    PrimitiveTree const tree({waves->Vertices()->Data().positions, waves->Assembled(Pipeline::Triangles), 3});
+    EXPECT_LT(tree.Memory(), 225 * 225 * 2 * 16);
+    std::vector<std::pair<std::shared_ptr<PrimitiveBuffer>, int>> cases = {{waves, 60},
+        {MakeCloud(Tokens::AGL_LINES, 6000, 0.05, random), 400},
         {MakeCloud(Tokens::AGL_POINTS, 5000, 0.05, random), 400},
         {MakeCloud(Tokens::AGL_TRIANGLES, 7000, 0.1, random), 400},
         {MakeCloud(Tokens::AGL_TRIANGLE_STRIP, 300, 0.5, random), 400}};
@@ -179,8 +118,10 @@ TEST(PrimitiveTree, findsWhatBruteForceFinds) {
                 turn % 2 == 0 ? Matrix4::Perspective(60, 4.0 / 3, 0.1, 20) : Matrix4::Ortho(-2, 2, -1.5, 1.5, -4, 4);
             Matrix4 const modelView =
                 Matrix4::Translation({0, 0, -random.In(0, 2)}) * Matrix4::Rotation(random.In(0, 360), random.Point(1));
-            PickArea const area = AreaAround(random.In(100, 340), random.In(80, 240), std::pow(10, random.In(0, 2.5)));
-            PickVolume const volume(area, modelView, projection, state);
+            double const x = random.In(100, 340);
+            double const y = random.In(80, 240);
+            double const reach = std::pow(10, random.In(0, 2.5));
+            PickVolume const volume({x - reach, y - reach, x + reach, y + reach}, modelView, projection, state);
             double const expected = BruteForce(*buffer, volume);
             hits += expected != PickVolume::NoHit ? 1 : 0;
             ASSERT_EQ(buffer->Pick(volume, PickVolume::NoHit), expected);
@@ -188,12 +129,6 @@ TEST(PrimitiveTree, findsWhatBruteForceFinds) {
         }
         EXPECT_GT(hits, turns / 20);
     }
-}
-
-TEST(PrimitiveTree, takesLittleMemory) {
-    auto const buffer = MakeWaves(225);
-    PrimitiveTree const tree({buffer->Vertices()->Data().positions, buffer->Assembled(Pipeline::Triangles), 3});
-    EXPECT_LT(tree.Memory(), 225 * 225 * 2 * 16);
 }
 
 } // namespace

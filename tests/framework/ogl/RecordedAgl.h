@@ -1,7 +1,13 @@
 #pragma once
 
 #include "framework/ogl/Agl.h"
+#include "framework/ogl/Bind.h"
 #include "framework/ogl/RecorderBackend.h"
+#include "framework/qordebug/CaptureScope.h"
+#include "framework/utility/Logger.h"
+#include "framework/utility/Scoped.h"
+
+#include <gmock/gmock.h>
 
 #include <memory>
 #include <utility>
@@ -43,25 +49,13 @@ inline std::shared_ptr<PrimitiveBuffer const> MakeSquare(Agl& p_agl) {
     return MakeShape(p_agl, Tokens::AGL_QUADS, std::move(data), {0, 1, 2, 3});
 }
 
-/// The unit cube around the origin as quads, its fronts outwards.
-inline std::shared_ptr<PrimitiveBuffer const> MakeCube(Agl& p_agl) {
-    VertexData data;
-    std::vector<std::uint32_t> indices;
-    for (int face = 0; face < 6; ++face) {
-        float const side = face % 2 == 0 ? 0.5F : -0.5F;
-        for (int corner = 0; corner < 4; ++corner) {
-            float const u = (corner == 1 || corner == 2 ? 0.5F : -0.5F) * (side > 0 ? 1.0F : -1.0F);
-            float const v = corner >= 2 ? 0.5F : -0.5F;
-            float const rotated[5] = {side, u, v, side, u};
-            int const axis = face / 2;
-            int const x = (3 - axis) % 3;
-            data.positions.emplace_back(rotated[x], rotated[x + 1], rotated[x + 2]);
-            float const normal[3] = {axis == 0 ? 2 * side : 0, axis == 1 ? 2 * side : 0, axis == 2 ? 2 * side : 0};
-            data.normals.emplace_back(normal[0], normal[1], normal[2]);
-            indices.push_back(static_cast<std::uint32_t>(indices.size()));
-        }
+/// Draws vertices one by one.
+inline void DrawImmediate(Agl& p_agl, Token p_kind, std::vector<Agl::Vector3> const& p_vertices) {
+    p_agl.Begin(p_kind);
+    for (Agl::Vector3 const& vertex : p_vertices) {
+        p_agl.Vertex(vertex);
     }
-    return MakeShape(p_agl, Tokens::AGL_QUADS, std::move(data), std::move(indices));
+    p_agl.End();
 }
 
 } // namespace Qor::Chart::Ogl

@@ -107,22 +107,6 @@ TEST(Vis, movesBetweenItsStatesOnlyAsItShould) {
     }
 }
 
-TEST(Vis, isEnabledWhenItsModelIsAndNothingForbidsIt) {
-    for (std::string const source : {"none", "dead", "enabled", "disabled"}) {
-        for (bool const isSelfManaged : {false, true}) {
-            Model model = source == "none" ? Model() : Core::MakeNode<Chart::Model::Group>();
-            auto const vis = Core::MakeNode<TestVis>(isSelfManaged ? Vis::VisFlagSelfManaged : 0, model);
-            if (source == "dead")
-                model.Reset();
-            if (source == "disabled")
-                model->SetEnabled(false);
-            EXPECT_EQ(vis->IsEnabled(), source == "enabled" || (isSelfManaged && source != "disabled")) << source;
-            vis->SetDisabled(true);
-            EXPECT_FALSE(vis->IsEnabled()) << source;
-        }
-    }
-}
-
 TEST(Vis, aDisabledNodesChangesReachOthersAsFurther) {
     Model const model = Core::MakeNode<Chart::Model::Group>();
     auto const parent = MakeEnabled();
@@ -218,46 +202,6 @@ TEST(Vis, anUnwrittenHookIsReportedWithItsSignature) {
             testing::ElementsAre(
                 testing::ContainsRegex("Qor::Chart::Render::Vis::" + std::string(name) + "\\(.* @line[0-9]+$")));
     }
-}
-
-TEST(ActiveIterator, meetsTheActiveValidAndSettledChildrenOnly) {
-    for (int pattern = 0; pattern < 4 * 4 * 4 * 4; ++pattern) {
-        auto const parent = MakeEnabled();
-        std::vector<Core::Ptr<Vis>> expected;
-        for (int child = 0; child < 4; ++child) {
-            int const state = pattern >> (child * 2) & 3;
-            auto const vis = MakeEnabled();
-            vis->SetActive(state != 1);
-            state == 2 ? vis->SetInvalid() : state == 3 ? vis->SetPending() : void();
-            parent->Add(vis);
-            if (state == 0)
-                expected.push_back(vis);
-        }
-        std::vector<Core::Ptr<Vis>> met;
-        for (auto child = parent->ActiveBegin(); child != parent->ActiveEnd(); child++)
-            met.push_back(*child);
-        EXPECT_EQ(met, expected);
-    }
-}
-
-TEST(Vis, recordsChildrenOfItsModelAndOfItsOwnChildren) {
-    Model const model = Core::MakeNode<Chart::Model::Group>();
-    Model const modelChild = Core::MakeNode<Chart::Model::Group>();
-    auto const vis = Core::MakeNode<TestVis>(0, model);
-    auto const child = MakeEnabled();
-    vis->Add(child);
-    Hooks::Tracker(*vis).Reset();
-    model->Add(modelChild);
-    auto record = vis->Tracker().BeginAdded();
-    ASSERT_NE(record, vis->Tracker().EndAdded());
-    EXPECT_TRUE(record->node == WeakPtr<Node>(modelChild) && record->isModelNode);
-    auto const grandchild = MakeEnabled();
-    child->Add(grandchild);
-    record = ++vis->Tracker().BeginAdded();
-    ASSERT_NE(record, vis->Tracker().EndAdded());
-    EXPECT_TRUE(record->node == WeakPtr<Node>(grandchild) && !record->isModelNode);
-    model->Remove(modelChild);
-    EXPECT_EQ(++vis->Tracker().BeginAdded(), vis->Tracker().EndAdded());
 }
 
 } // namespace Qor::Chart::Render

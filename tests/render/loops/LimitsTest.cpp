@@ -3,6 +3,7 @@
 #include "tests/render/support/Script.h"
 #include "framework/core/Exceptions.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,6 +14,7 @@ namespace Qor::Chart::Render {
 namespace {
 
 using namespace Fixtures;
+using ::testing::HasSubstr;
 
 #if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
 constexpr std::size_t DefaultStack = std::size_t{128} << 20U; // frames are larger here
@@ -32,77 +34,51 @@ std::vector<Core::Ptr<ScriptModel>> MakeChain(int p_levels) {
     return chain;
 }
 
-struct Frame {
-    Stage::Counts counts;
-    std::uint32_t drawn = 0;
-    std::size_t longestPath = 0;
-};
-
-Frame RunFrame(Stage& p_stage, Core::Ptr<Vis> const& p_root, ScriptModel const& p_last) {
-    Frame frame;
-    frame.counts = p_stage.Update(p_root);
-    UpdateNodePathLoop()(p_root);
-    frame.longestPath = p_last.uses.front()->GetPath().Size();
-    DrawContext context = p_stage.MakeContext();
-    RenderLoop loop(LayerBase, DrawContext::DrawMode::Draw);
-    loop(p_root, context);
-    frame.drawn = loop.DrawnCount();
-    return frame;
-}
-
 TEST(LimitsTest, tenThousandLevelsGoThroughAWholeFrameOnTheDefaultStack) {
-    static constexpr int levels = 10000;
+    static constexpr unsigned levels = 10000;
     RunOnStack(DefaultStack, [] {
         Stage stage;
         auto const chain = MakeChain(levels);
         Core::Ptr<Vis> const root = stage.generator(chain.front());
-        Frame const first = RunFrame(stage, root, *chain.back());
-        EXPECT_EQ(first.counts, (Stage::Counts{levels, levels}));
-        EXPECT_EQ(first.longestPath, levels);
-        EXPECT_EQ(first.drawn, levels);
-        EXPECT_EQ(stage.dispatcher.exceptions.size(), 0U);
-        chain.back()->Changed();
-        EXPECT_EQ(RunFrame(stage, root, *chain.back()).counts, (Stage::Counts{levels, 1}));
+        for (unsigned const updated : {levels, 1U}) {
+            EXPECT_EQ(stage.Update(root), (Stage::Counts{levels, updated}));
+            UpdateNodePathLoop()(root);
+            EXPECT_EQ(chain.back()->uses.front()->GetPath().Size(), levels);
+            DrawContext context = stage.MakeContext();
+            RenderLoop loop(LayerBase, DrawContext::DrawMode::Draw);
+            loop(root, context);
+            EXPECT_EQ(loop.DrawnCount(), levels);
+            EXPECT_TRUE(stage.dispatcher.exceptions.empty());
+            chain.back()->Changed();
+        }
     });
-}
-
-/// Calls a function that must end in the error for trees that are too deep.
-void ExpectTooDeep(char const* p_what, std::function<void()> const& p_function) {
-    try {
-        p_function();
-        ADD_FAILURE() << p_what << ": the tree was not too deep";
-    } catch (Core::TreeTooDeepExcept const& error) {
-        EXPECT_NE(std::string(error.what()).find("Flatten the tree"), std::string::npos);
-    }
 }
 
 TEST(LimitsTest, aTreeTooDeepIsOneErrorAndEverythingCanBeUsedAgain) {
     static constexpr int levels = 6000;
-    constexpr std::size_t small = std::size_t{512} << 10U;
     Stage stage;
     auto const chain = MakeChain(levels);
     Core::Ptr<Vis> root;
     DrawContext context = stage.MakeContext();
     RenderLoop loop(LayerBase, DrawContext::DrawMode::Draw);
-
-    RunOnStack(small, [&] { ExpectTooDeep("generate", [&] { (void)stage.generator(chain.front()); }); });
-    EXPECT_TRUE(chain.front()->uses.empty());
-    RunOnStack(DefaultStack, [&] { root = stage.generator(chain.front()); });
-    RunOnStack(small, [&] {
-        ExpectTooDeep("update", [&] { stage.Update(root); });
-        ExpectTooDeep("paths", [&] { UpdateNodePathLoop()(root); });
-    });
-    EXPECT_EQ(stage.agl.Depths(), Ogl::StackDepths());
-    RunOnStack(DefaultStack, [&] {
-        EXPECT_EQ(stage.Update(root).updated, static_cast<unsigned>(levels));
-        UpdateNodePathLoop()(root);
-    });
+    std::pair<char const*, std::function<void()>> const steps[] = {
+        {"generate", [&] { root = stage.generator(chain.front()); }},
+        {"update", [&] { stage.Update(root); }},
+        {"paths", [&] { UpdateNodePathLoop()(root); }},
+        {"draw", [&] { loop(root, context); }},
+    };
+    for (auto const& [what, step] : steps) {
+        SCOPED_TRACE(what);
+        RunOnStack(std::size_t{512} << 10U, [&] {
+            EXPECT_THAT(step, ::testing::ThrowsMessage<Core::TreeTooDeepExcept>(HasSubstr("Flatten the tree")));
+        });
+        EXPECT_EQ(chain.front()->uses.empty(), !root);
+        EXPECT_EQ(stage.agl.Depths(), Ogl::StackDepths());
+        EXPECT_EQ(context.ModelView().Size(), 1U);
+        RunOnStack(DefaultStack, step);
+        EXPECT_TRUE(root->IsValid());
+    }
     EXPECT_EQ(chain.back()->uses.front()->GetPath().Size(), static_cast<std::size_t>(levels));
-    RunOnStack(small, [&] { ExpectTooDeep("draw", [&] { loop(root, context); }); });
-    EXPECT_EQ(stage.agl.Depths(), Ogl::StackDepths());
-    EXPECT_EQ(context.ModelView().Size(), 1U);
-    EXPECT_TRUE(root->IsValid());
-    RunOnStack(DefaultStack, [&] { loop(root, context); });
     EXPECT_EQ(loop.DrawnCount(), static_cast<std::uint32_t>(levels));
     EXPECT_TRUE(stage.dispatcher.exceptions.empty());
 }

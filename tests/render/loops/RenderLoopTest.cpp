@@ -45,7 +45,6 @@ namespace {
 using namespace Ogl::Tokens;
 using Mode = DrawContext::DrawMode;
 using Fixtures::DrawFixture;
-using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -227,36 +226,20 @@ TEST_F(RenderLoopTest, filterLeavesOutNodesOrWholeBranches) {
     EXPECT_EQ(Run(), " +root .root +two -two -root") << "without active children there is no branch to leave out";
 }
 
-TEST_F(RenderLoopTest, aFailingHookOrDelegateIsReportedAndLeavesNothingBehind) {
-    one->actions['-'] = [&](DrawContext const&) {
-        fixture.agl.PushMatrix();
-        fixture.agl.PushScissor();
-        fixture.agl.MatrixMode(AGL_PROJECTION);
-        throw 42;
-    };
-    EXPECT_EQ(Run(visiting),
-        " *root +root .root *one +one .one *leaf +leaf .leaf -leaf *leaf -one *one *two +two .two -two *two -root "
-        "*root");
-    EXPECT_TRUE(!one->IsValid() && root->IsValid() && two->IsValid());
-    EXPECT_THAT(fixture.dispatcher.exceptions,
-        ElementsAre(AllOf(HasSubstr("\"one\""), HasSubstr(" caught exception in RenderLoop-Setup/Teardown"),
-            HasSubstr("no std::exception"))));
-    EXPECT_THAT(fixture.dispatcher.locations, ElementsAre(HasSubstr("RenderLoop::Draw(")));
-    ExpectRestored();
-    one->actions.clear();
+TEST_F(RenderLoopTest, aFailingDelegateIsReportedAndLeavesNothingBehind) {
     RenderLoop::VisitDelegate const failing = [&](Core::Ptr<Vis> const& p_node) {
         if (p_node == leaf)
             throw std::runtime_error("host");
     };
     for (auto const& [pre, post] : {std::pair(failing, note), std::pair(note, failing)}) {
         RenderLoop pass(LayerBase, Mode::Draw, pre, post);
-        one->Touch();
         leaf->Touch();
         EXPECT_THAT(Run(pass), HasSubstr(".two"));
         EXPECT_FALSE(leaf->IsValid());
+        EXPECT_THAT(fixture.dispatcher.locations.back(), HasSubstr("RenderLoop::Draw("));
         ExpectRestored();
     }
-    EXPECT_EQ(fixture.dispatcher.exceptions.size(), 3U);
+    EXPECT_EQ(fixture.dispatcher.exceptions.size(), 2U);
 }
 
 TEST_F(RenderLoopTest, aModeThatCannotBeDrawnIsReportedAndThrows) {
@@ -268,24 +251,20 @@ TEST_F(RenderLoopTest, aModeThatCannotBeDrawnIsReportedAndThrows) {
 }
 
 TEST_F(RenderLoopTest, aHookMayRemoveItsNodeOrAllOfThem) {
-    for (char const hook : {'+', '.', '-'}) {
-        for (bool const isAll : {false, true}) {
-            for (RenderLoop* const pass : {&loop, &visiting}) {
-                auto const parent = Make("parent", root.Get());
-                auto const victim = Make("victim", parent.Get()).Get();
-                victim->actions[hook] = [&](DrawContext const&) {
-                    if (isAll)
-                        parent->Clear();
-                    else
-                        parent->Remove(*victim);
-                };
-                Make("next", parent.Get());
-                EXPECT_THAT(Run(*pass), HasSubstr("-victim"));
-                EXPECT_EQ(trace.find(".next") == std::string::npos, isAll);
-                EXPECT_THAT(fixture.dispatcher.exceptions, IsEmpty());
-                ExpectRestored();
-                root->Remove(parent);
-            }
+    for (char const* const variant : {"+one", ".one", "-one", "+all", ".all", "-all"}) {
+        for (RenderLoop* const pass : {&loop, &visiting}) {
+            bool const isAll = variant[1] == 'a';
+            auto const parent = Make("parent", root.Get());
+            auto* const victim = Make("victim", parent.Get()).Get();
+            victim->actions[*variant] = [&](DrawContext const&) {
+                isAll ? parent->Clear() : void(parent->Remove(*victim));
+            };
+            Make("next", parent.Get());
+            EXPECT_THAT(Run(*pass), HasSubstr("-victim"));
+            EXPECT_EQ(trace.find(".next") == std::string::npos, isAll);
+            EXPECT_THAT(fixture.dispatcher.exceptions, IsEmpty());
+            ExpectRestored();
+            root->Remove(parent);
         }
     }
 }

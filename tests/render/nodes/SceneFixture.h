@@ -1,14 +1,8 @@
 #pragma once
 
-#include "tests/render/DrawFixture.h"
-#include "render/context/UpdateContext.h"
-#include "render/core/Registrar.h"
-#include "render/loops/Generator.h"
+#include "tests/render/support/UpdateFixture.h"
 #include "render/loops/RenderLoop.h"
-#include "render/loops/UpdateLoop.h"
 #include "render/nodes/NodeFactories.h"
-#include "render/units/UnitSystemConverter.h"
-#include "framework/library/SymbolRegistry.h"
 #include "framework/model/SceneGraph.h"
 #include "framework/model/SimpleObject.h"
 
@@ -18,7 +12,7 @@
 namespace Qor::Chart::Render::Fixtures {
 
 /// A scene graph with its visual tree, brought up to date and drawn as a host does it.
-struct SceneFixture : DrawFixture {
+struct SceneFixture : UpdateFixture {
     SceneFixture() { RegisterNodeFactories(generator); }
 
     Core::Ptr<Model::SimpleObject> AddCube() const {
@@ -27,19 +21,11 @@ struct SceneFixture : DrawFixture {
         return object;
     }
 
-    UpdateContext MakeUpdateContext() {
-        return {handle, resource, imageCache, schema, numberFormat, registrar, geometry, symbols, generator, dispatcher,
-            units, Core::Verbosity::Quiet, capabilities};
-    }
-
     /// Updates the tree and gives the number of update hooks that ran.
     unsigned Update() {
         if (!root)
             root = generator(scene);
-        unsigned visited = 0;
-        unsigned updated = 0;
-        UpdateLoop()(root, MakeUpdateContext(), visited, updated);
-        return updated;
+        return UpdateFixture::Update(root).updated;
     }
 
     /// Draws the base layer and gives the commands that reached the back end.
@@ -59,10 +45,6 @@ struct SceneFixture : DrawFixture {
         return **std::next(root->begin(), static_cast<std::ptrdiff_t>(p_place));
     }
 
-    Library::SymbolRegistry symbols;
-    Registrar registrar;
-    Generator generator;
-    Core::Ptr<UnitSystemConverter> units = Core::MakeNode<UnitSystemConverter>();
     Core::Ptr<Model::SceneGraph> scene = Core::MakeNode<Model::SceneGraph>();
     Core::Ptr<Vis> root;
     unsigned drawn = 0;

@@ -1,6 +1,9 @@
 #include "render/nodes/SimpleObject.h"
 
+#include "render/nodes/Group.h"
+#include "render/nodes/SceneVis.h"
 #include "tests/render/nodes/SceneFixture.h"
+#include "framework/model/Group.h"
 #include "framework/library/Pattern.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/qordebug/highrestimer.h"
@@ -71,24 +74,6 @@ TEST_F(SimpleObjectTest, hooksEventsAndLayerFollowTheModel) {
     EXPECT_FALSE(Child().IsHandled(HandledHighlight));
 }
 
-TEST_F(SimpleObjectTest, objectsOfOneShapeAreDrawnTogetherWithoutATrace) {
-    for (int i = 0; i < 500; ++i) {
-        auto const object = AddCube();
-        object->SetTransform(Matrix4::Translation({1.0 * i, 2, 3}));
-        object->SetColor(QColor(i % 256, 51, 0));
-    }
-    Update();
-    auto const commands = Draw();
-    ASSERT_EQ(commands.size(), 1U);
-    ASSERT_EQ(commands[0].instances.size(), 500U);
-    EXPECT_EQ(commands[0].instances[499].rows[0], (std::array<float, 4>{1, 0, 0, 499}));
-    EXPECT_EQ(commands[0].instances[499].color, Types::Color4f(QColor(243, 51, 0)));
-    EXPECT_EQ(commands[0].state.enables & (Blend | DepthTest), DepthTest);
-    EXPECT_EQ(agl.GetStatistics().pushes, agl.GetStatistics().pops);
-    EXPECT_TRUE(agl.Get(AGL_MODELVIEW_MATRIX).IsIdentity());
-    EXPECT_EQ(agl.CheckError(), "");
-}
-
 TEST_F(SimpleObjectTest, whatIsBelowAnObjectMovesWithItAndTransparentObjectsAreBlendedInOrder) {
     auto const outer = AddCube();
     auto const inner = Core::MakeNode<Model::SimpleObject>(outer->GetSymbol());
@@ -108,6 +93,10 @@ TEST_F(SimpleObjectTest, whatIsBelowAnObjectMovesWithItAndTransparentObjectsAreB
     }
     EXPECT_EQ(commands[1].state.colorBuffer.destinationFactor, AGL_ONE_MINUS_SRC_ALPHA);
     EXPECT_EQ(commands[1].instances[0].color, Types::Color4f(QColor(10, 20, 30, 100)));
+    EXPECT_EQ(commands[2].state.enables & (Blend | DepthTest), DepthTest);
+    EXPECT_EQ(agl.GetStatistics().pushes, agl.GetStatistics().pops);
+    EXPECT_TRUE(agl.Get(AGL_MODELVIEW_MATRIX).IsIdentity());
+    EXPECT_EQ(agl.CheckError(), "");
     outer->SetTransform({});
     Update();
     EXPECT_EQ(root->BoundingBox(), Box({-0.5, -2, -0.5}, {0.5, 2, 0.5}));
@@ -165,12 +154,9 @@ TEST_F(SimpleObjectTest, pulseGoesBackAndForthInTheHighlightColour) {
     capabilities.animations = false;
     EXPECT_THAT(Draw(Mode::Highlight), IsEmpty());
     EXPECT_THAT(dispatcher.redraws, IsEmpty());
-    capabilities.animations = true;
     object->SetPulse(false);
     Update();
     EXPECT_THAT(dispatcher.redraws, ElementsAre(0));
-    Draw(Mode::Highlight);
-    EXPECT_EQ(drawn, 0U);
 }
 
 TEST_F(SimpleObjectTest, symbolsThatCannotBeShownMakeTheNodeInvalidUntilTheyChange) {
@@ -261,6 +247,28 @@ TEST_F(SimpleObjectTest, otherUnitsThanMetresAreReportedAndTakenForMetres) {
             isReported);
         EXPECT_EQ(root->BoundingBox(), Box({-1, -1, -1}, {1, 1, 1}));
     }
+}
+
+TEST_F(SimpleObjectTest, sceneAndGroupsFollowTheModel) {
+    auto const group = Core::MakeNode<Model::Group>();
+    AddCube()->SetTransform(Matrix4::Translation({10, 0, 0}));
+    group->Add(AddCube());
+    group->Add(*scene->begin());
+    scene->Clear();
+    scene->Add(group);
+    scene->Add(Core::MakeNode<Model::Group>());
+    Update();
+    ASSERT_TRUE(Core::DynamicCast<SceneVis>(root));
+    EXPECT_EQ(dynamic_cast<Group&>(Child(0)).BoundingBox(), Box({-0.5, -0.5, -0.5}, {10.5, 0.5, 0.5}));
+    EXPECT_EQ(root->BoundingBox(), Child(0).BoundingBox());
+    EXPECT_FALSE(Child(1).BoundingBox().IsDefined());
+    EXPECT_FALSE(Child(1).OptimalPaths().Any());
+    Draw();
+    EXPECT_EQ(drawn, 2U);
+
+    group->Remove(**std::next(group->begin()));
+    Update();
+    EXPECT_EQ(root->BoundingBox(), Box({-0.5, -0.5, -0.5}, {0.5, 0.5, 0.5}));
 }
 
 } // namespace

@@ -48,6 +48,8 @@ struct PlainVis {
     std::vector<Record> records;
     int layer = 0, watched = -1, watchedSize = 0;
     Range own, box;
+    bool hasActiveChildren = false;
+    std::uint16_t passes = 0; ///< those for which there is work here or below, as bits of their hooks
 };
 
 /// The rules of model and update once more, as plain lists and plain recursion: no handles, no hooks, no time stamps.
@@ -71,45 +73,34 @@ public:
             sum += Expanded(child);
         return sum;
     }
-    bool HasArmedFactory(int p_node) const {
-        PlainModel const& model = models.at(p_node);
-        if (!model.isKnown || IsSelfManaged(p_node))
-            return model.isKnown && model.script.answers[HookFactory] != Answer::Ok;
-        return model.script.answers[HookFactory] != Answer::Ok ||
-            std::any_of(model.children.begin(), model.children.end(), [&](int p_c) { return HasArmedFactory(p_c); });
-    }
 
     void Add(int p_parent, int p_child) {
-        if (Contains(models[p_parent].children, p_child))
+        std::vector<int>& children = models[p_parent].children;
+        if (std::find(children.begin(), children.end(), p_child) != children.end())
             return;
-        models[p_parent].children.push_back(p_child);
+        children.push_back(p_child);
         models[p_child].parents.push_back(p_parent);
         Changed(p_parent, {{true, p_child}});
     }
     void Remove(int p_parent, int p_child) {
-        Unlink(p_parent, p_child);
-        Changed(p_parent, {{false, p_child}});
+        Detach(p_parent, {p_child});
         Release(p_child);
+    }
+    void Move(int p_from, int p_to, int p_child) {
+        Detach(p_from, {p_child});
+        Add(p_to, p_child);
     }
     void Adopt(int p_parent, int p_child) {
         for (int const other : std::vector<int>(models[p_child].parents)) {
-            if (other != p_parent) {
-                Unlink(other, p_child);
-                Changed(other, {{false, p_child}});
-            }
+            if (other != p_parent)
+                Detach(other, {p_child});
         }
         Add(p_parent, p_child);
     }
     void Clear(int p_parent) {
         std::vector<int> const children = models[p_parent].children;
-        if (children.empty())
-            return;
-        std::vector<PlainVis::Record> records;
-        for (int const child : children) {
-            Unlink(p_parent, child);
-            records.push_back({false, child});
-        }
-        Changed(p_parent, records);
+        if (!children.empty())
+            Detach(p_parent, children);
         for (int const child : children)
             Release(child);
     }
@@ -134,9 +125,8 @@ public:
     }
     void Toggle(int p_node, HandledCallbacks p_callback) {
         models[p_node].script.handled ^= Bit(p_callback);
-        bool const isPlain = p_callback <= HandledBoundingBox;
         if (root)
-            SpreadToggle(*root, p_node, isPlain);
+            SpreadToggle(*root, p_node, p_callback <= HandledBoundingBox);
     }
 
     /// False when a factory failed.
@@ -153,9 +143,11 @@ public:
     }
 
 private:
-    static bool Contains(std::vector<int> const& p_list, int p_value) {
-        return std::find(p_list.begin(), p_list.end(), p_value) != p_list.end();
-    }
+    static constexpr std::uint16_t OverlayPasses =
+        Bit(HandledHitOverlay) | Bit(HandledDrawOverlay) | Bit(HandledHighlightOverlay);
+    static constexpr std::uint16_t AllPasses =
+        OverlayPasses | Bit(HandledHit) | Bit(HandledDraw) | Bit(HandledHighlight);
+
     bool IsSelfManaged(int p_node) const { return (models.at(p_node).script.flags & Vis::VisFlagSelfManaged) != 0; }
     bool Handles(PlainVis const& p_vis, HandledCallbacks p_callback) const {
         return p_vis.part >= 0 ? p_callback == HandledBoundingBox
@@ -165,11 +157,22 @@ private:
         PlainModel const& model = models.at(p_vis.model);
         return model.isAlive ? model.isEnabled : p_vis.part < 0 && IsSelfManaged(p_vis.model);
     }
+    bool IsContextRoot(PlainVis const& p_vis) const {
+        return p_vis.part < 0 && (models.at(p_vis.model).script.flags & Vis::VisFlagContextRoot) != 0;
+    }
     static bool IsUp(PlainVis const& p_vis) { return p_vis.isValid && !p_vis.isPending; }
 
     void Unlink(int p_parent, int p_child) {
         std::erase(models[p_parent].children, p_child);
         std::erase(models[p_child].parents, p_parent);
+    }
+    void Detach(int p_parent, std::vector<int> const& p_children) {
+        std::vector<PlainVis::Record> records;
+        for (int const child : p_children) {
+            Unlink(p_parent, child);
+            records.push_back({false, child});
+        }
+        Changed(p_parent, records);
     }
     /// A model node that nobody holds dies, and lets go of its children.
     void Release(int p_node) {
@@ -189,20 +192,18 @@ private:
         }
     }
 
-    bool Spread(
-        PlainVis& p_vis, int p_node, std::set<int> const& p_above, std::vector<PlainVis::Record> const& p_records) {
-        bool isReached = false;
+    using Records = std::vector<PlainVis::Record>;
+
+    bool Spread(PlainVis& p_vis, int p_node, std::set<int> const& p_above, Records const& p_records) {
+        bool isReached = p_vis.part < 0 && p_above.count(p_vis.model) > 0;
         for (auto const& child : p_vis.children)
             isReached = Spread(*child, p_node, p_above, p_records) || isReached;
-        if (p_vis.part < 0 && p_vis.model == p_node) {
+        bool const isIt = p_vis.part < 0 && p_vis.model == p_node;
+        if (isIt)
             Receive(p_vis, 1, false, p_records);
-            return true;
-        }
-        if (isReached || (p_vis.part < 0 && p_above.count(p_vis.model) > 0)) {
+        else if (isReached)
             Receive(p_vis, 2, false, {});
-            return true;
-        }
-        return false;
+        return isIt || isReached;
     }
     /// Gives the relationship with which the node's parent sees the change; 0 when nothing changed here or below.
     int SpreadToggle(PlainVis& p_vis, int p_node, bool p_isPlain) {
@@ -220,8 +221,7 @@ private:
         }
         return seen;
     }
-    static void Receive(
-        PlainVis& p_vis, int p_relationship, bool p_isCallback, std::vector<PlainVis::Record> const& p_records) {
+    static void Receive(PlainVis& p_vis, int p_relationship, bool p_isCallback, Records const& p_records) {
         bool const isBack = !IsUp(p_vis);
         if (isBack) {
             p_vis.isAttempted = p_vis.isAttempted || p_vis.isPending;
@@ -291,6 +291,7 @@ private:
         ++_outcome.visited;
         if (!IsEnabled(p_vis) || !p_vis.isModified)
             return;
+        p_vis.hasActiveChildren = false;
         std::vector<int> toRetry;
         bool isChanged = false;
         if (p_vis.onlyCallbacks) {
@@ -336,12 +337,9 @@ private:
     }
     void FollowModel(PlainVis& p_vis, std::vector<int>& p_toRetry) {
         for (PlainVis::Record const& record : p_vis.records) {
-            auto const found = std::find_if(p_vis.children.begin(), p_vis.children.end(),
-                [&](auto const& p_child) { return !record.isAdded && p_child->model == record.model; });
-            if (found == p_vis.children.end())
-                continue;
-            p_vis.children.erase(found);
-            p_vis.isExplicit = true;
+            auto const isIt = [&](auto const& p_child) { return !record.isAdded && p_child->model == record.model; };
+            if (std::erase_if(p_vis.children, isIt) > 0)
+                p_vis.isExplicit = true;
         }
         for (PlainVis::Record const& record : p_vis.records) {
             if (!record.isAdded || !models.at(record.model).isKnown)
@@ -401,25 +399,27 @@ private:
                 Visit(*child);
         }
         Range box;
+        std::uint16_t passes = p_vis.part >= 0 ? Bit(HandledDraw) : models.at(p_vis.model).script.handled;
         for (auto const& child : p_vis.children) {
             child->isActive = IsUp(*child) && IsEnabled(*child);
-            bool const isRoot =
-                child->part < 0 && (models.at(child->model).script.flags & Vis::VisFlagContextRoot) != 0;
-            if (child->isActive && !isRoot)
+            if (!child->isActive)
+                continue;
+            if (!IsContextRoot(*child))
                 box.Add(child->box);
+            passes |= child->passes;
+            p_vis.hasActiveChildren = true;
         }
-        bool isFailed = isRefreshFailed;
-        if (Handles(p_vis, HandledBoundingBox)) {
-            if (Fails(p_vis, Call(p_vis, HookBox)))
-                isFailed = true;
-            else
-                box.Add(OwnOf(p_vis));
-        }
+        bool const hasOwn = Handles(p_vis, HandledBoundingBox);
+        bool const isBoxFailed = hasOwn && Fails(p_vis, Call(p_vis, HookBox));
+        if (hasOwn && !isBoxFailed)
+            box.Add(OwnOf(p_vis));
         bool const isNew = !(box == p_vis.box);
         p_vis.box = box;
-        if ((p_isChanged || isNew) && Handles(p_vis, HandledPostUpdate) && Fails(p_vis, Call(p_vis, HookPost)))
-            isFailed = true;
-        p_vis.isValid = !isFailed;
+        bool const hasScene = IsContextRoot(p_vis) || p_vis.hasActiveChildren || box.low <= box.high;
+        p_vis.passes = passes & (hasScene ? AllPasses : OverlayPasses);
+        bool const isPostFailed =
+            (p_isChanged || isNew) && Handles(p_vis, HandledPostUpdate) && Fails(p_vis, Call(p_vis, HookPost));
+        p_vis.isValid = !isRefreshFailed && !isBoxFailed && !isPostFailed;
     }
     Range OwnOf(PlainVis const& p_vis) const {
         if (p_vis.part >= 0)

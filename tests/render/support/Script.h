@@ -1,14 +1,8 @@
 #pragma once
 
-#include "tests/render/DrawFixture.h"
-#include "render/context/UpdateContext.h"
-#include "render/core/Registrar.h"
+#include "tests/render/support/UpdateFixture.h"
 #include "render/core/Vis.h"
-#include "render/loops/Generator.h"
-#include "render/loops/UpdateLoop.h"
-#include "render/units/UnitSystemConverter.h"
 #include "framework/core/Ref.h"
-#include "framework/library/SymbolRegistry.h"
 #include "framework/model/ModelNode.h"
 
 #include <pthread.h>
@@ -44,6 +38,14 @@ enum Hook {
 };
 
 enum class Answer { Ok, Invalid, Pending, Throw, ThrowInt };
+
+inline Answer Perform(Answer p_answer) {
+    if (p_answer == Answer::Throw)
+        throw std::runtime_error("as scripted");
+    if (p_answer == Answer::ThrowInt)
+        throw 7;
+    return p_answer;
+}
 
 constexpr std::uint16_t Bit(HandledCallbacks p_callback) {
     return HandledCallbackSet::MaskOf(p_callback);
@@ -177,19 +179,15 @@ public:
     }
 
 private:
-    static Answer Perform(Answer p_answer) {
-        if (p_answer == Answer::Throw)
-            throw std::runtime_error("as scripted");
-        if (p_answer == Answer::ThrowInt)
-            throw 7;
-        return p_answer;
-    }
     static NodeStatus Status(Answer p_answer) {
         return p_answer == Answer::Ok     ? NodeStatusOk
             : p_answer == Answer::Invalid ? NodeStatusInvalid
                                           : NodeStatusPending;
     }
-    Answer Play(Hook p_hook) { return Perform(Model().script.answers[p_hook]); }
+    Answer Play(Hook p_hook) {
+        _world.Enter(Model(), p_hook);
+        return Perform(Model().script.answers[p_hook]);
+    }
 
     bool SetsDomain() const {
         return IsHandled(HandledRefreshUpdateContext) && Model().script.answers[HookRefresh] == Answer::Ok;
@@ -217,7 +215,6 @@ private:
         return status;
     }
     NodeStatus DoUpdate(UpdateContext const& p_context) override {
-        _world.Enter(Model(), HookUpdate);
         CheckDomain(p_context, Parent());
         Script const& script = Model().script;
         OwnTracker().ClearWatcherEntries();
@@ -230,73 +227,54 @@ private:
         while (IsFlagged(VisFlagSelfManaged) && static_cast<int>(Size()) < script.parts)
             Add(Core::MakeNode<PartVis>(_world, SourceModel(), static_cast<int>(Size())));
         while (IsFlagged(VisFlagSelfManaged) && static_cast<int>(Size()) > script.parts)
-            RemoveLast();
+            Remove(Core::Ptr<Vis>(*std::next(begin(), static_cast<int>(Size()) - 1)));
         return NodeStatusOk;
     }
-    void RemoveLast() {
-        Core::Ptr<Vis> last;
-        for (Core::Ptr<Vis> const& child : *this)
-            last = child;
-        Remove(last);
-    }
     void DoRefreshUpdateContext(UpdateContext& p_context) override {
-        _world.Enter(Model(), HookRefresh);
         p_context.SpatialDomain().Set(Types::UniformSpatialDomain({}, 9999));
         Play(HookRefresh);
         p_context.SpatialDomain().Set(Types::UniformSpatialDomain({}, 1 + Model().number));
     }
     Box OwnBox(int p_more) const { return {{Model().script.low, 0, 0}, {Model().script.high + p_more, 1, 1}}; }
     Box DoBoundingBox(Box const& p_children) override {
-        _world.Enter(Model(), HookBox);
         Play(HookBox);
         Box box = p_children;
         box.Add(IsHandled(HandledUpdate) || Model().script.low > Model().script.high ? _own : OwnBox(0));
         return box;
     }
     void DoPostUpdate(UpdateContext const& p_context) override {
-        _world.Enter(Model(), HookPost);
         CheckDomain(p_context, this);
         Play(HookPost);
     }
 
-    void Write(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) {
+    using Agl = Utility::Scoped<Ogl::Agl>;
+
+    void Setup(DrawContext& p_context, Agl& p_agl, Hook p_hook) {
         p_context.ModelView().Set(p_context.ModelView().Top() * Types::Matrix4::Translation({1, 0, 0}));
         p_agl->LoadMatrix(p_context.ModelView().Top());
         p_context.LightCount().Set(p_context.LightCount().Top() + 1);
         p_agl->PushAttrib(Ogl::Tokens::AGL_ENABLE_BIT);
-    }
-    void DoSetup(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override {
-        Write(p_context, p_agl);
-        _world.Enter(Model(), HookSetup);
-        Play(HookSetup);
-    }
-    void DoSetupOverlay(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override {
-        Write(p_context, p_agl);
-        _world.Enter(Model(), HookSetupOverlay);
-        Play(HookSetupOverlay);
-    }
-    DrawResult DrawCube(DrawContext const& p_context, Hook p_hook) {
-        _world.Enter(Model(), p_hook);
         Play(p_hook);
-        Utility::Scoped<Ogl::Agl>(p_context.Graphics())->Draw(p_context.Geometry().UnitCube());
+    }
+    DrawResult Draw(DrawContext const& p_context, Hook p_hook) {
+        Play(p_hook);
+        Agl(p_context.Graphics())->Draw(p_context.Geometry().UnitCube());
         return DrawResultDescend;
     }
-    DrawResult DoDraw(DrawContext const& p_context) override { return DrawCube(p_context, HookDraw); }
-    DrawResult DoHighlight(DrawContext const& p_context) override { return DrawCube(p_context, HookHighlight); }
-    DrawResult DoDrawOverlay(DrawContext const& p_context) override { return DrawCube(p_context, HookDrawOverlay); }
+    void Teardown(Agl& p_agl, Hook p_hook) {
+        Play(p_hook);
+        p_agl->PopAttrib();
+    }
+    void DoSetup(DrawContext& p_context, Agl& p_agl) override { Setup(p_context, p_agl, HookSetup); }
+    void DoSetupOverlay(DrawContext& p_context, Agl& p_agl) override { Setup(p_context, p_agl, HookSetupOverlay); }
+    DrawResult DoDraw(DrawContext const& p_context) override { return Draw(p_context, HookDraw); }
+    DrawResult DoHighlight(DrawContext const& p_context) override { return Draw(p_context, HookHighlight); }
+    DrawResult DoDrawOverlay(DrawContext const& p_context) override { return Draw(p_context, HookDrawOverlay); }
     DrawResult DoHighlightOverlay(DrawContext const& p_context) override {
-        return DrawCube(p_context, HookHighlightOverlay);
+        return Draw(p_context, HookHighlightOverlay);
     }
-    void DoTeardown(DrawContext const&, Utility::Scoped<Ogl::Agl>& p_agl) override {
-        _world.Enter(Model(), HookTeardown);
-        Play(HookTeardown);
-        p_agl->PopAttrib();
-    }
-    void DoTeardownOverlay(DrawContext const&, Utility::Scoped<Ogl::Agl>& p_agl) override {
-        _world.Enter(Model(), HookTeardownOverlay);
-        Play(HookTeardownOverlay);
-        p_agl->PopAttrib();
-    }
+    void DoTeardown(DrawContext const&, Agl& p_agl) override { Teardown(p_agl, HookTeardown); }
+    void DoTeardownOverlay(DrawContext const&, Agl& p_agl) override { Teardown(p_agl, HookTeardownOverlay); }
 
     World& _world;
     Core::WeakRef<ScriptModel> _model{*this, "model"};
@@ -305,39 +283,16 @@ private:
 };
 
 /// A host for scripted nodes, on the recorder.
-struct Stage : DrawFixture {
-    struct Counts {
-        unsigned visited = 0;
-        unsigned updated = 0;
-        bool operator==(Counts const&) const = default;
-    };
-
-    Stage() : DrawFixture(Ogl::RecorderBackend::Keep::Counters) {
+struct Stage : UpdateFixture {
+    Stage() : UpdateFixture(Ogl::RecorderBackend::Keep::Counters) {
         generator.Register<ScriptModel>([this](Core::Ptr<ScriptModel> const& p_model) {
-            Answer const answer = p_model->script.answers[HookFactory];
             world.Enter(*p_model, HookFactory);
-            if (answer == Answer::ThrowInt)
-                throw 7;
-            if (answer != Answer::Ok)
-                throw std::runtime_error("no visual node for " + p_model->Name());
+            Perform(p_model->script.answers[HookFactory]);
             return Core::Ptr<Vis>(Core::MakeNode<ScriptVis>(world, p_model));
         });
     }
-    UpdateContext MakeUpdateContext() {
-        return {handle, resource, imageCache, schema, numberFormat, registrar, geometry, symbols, generator, dispatcher,
-            units, Core::Verbosity::Quiet, capabilities};
-    }
-    Counts Update(Core::Ptr<Vis> const& p_root) {
-        Counts counts;
-        UpdateLoop()(p_root, MakeUpdateContext(), counts.visited, counts.updated);
-        return counts;
-    }
 
     World world;
-    Registrar registrar;
-    Library::SymbolRegistry symbols;
-    Generator generator;
-    Core::Ptr<UnitSystemConverter> units = Core::MakeNode<UnitSystemConverter>();
 };
 
 /// Runs a function on a thread whose stack has exactly this size.
