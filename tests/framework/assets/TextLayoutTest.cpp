@@ -28,8 +28,9 @@ public:
     }
     /// The glyphs of the first line, from the left.
     std::vector<std::uint32_t> Drawn(std::u32string const& p_text) {
+        TextLayout const layout = Layout(p_text);
         std::vector<std::uint32_t> glyphs;
-        for (TextLayout::Glyph const& glyph : Layout(p_text).Lines()[0].glyphs) {
+        for (TextLayout::Glyph const& glyph : layout.Lines()[0].glyphs) {
             glyphs.push_back(glyph.glyph);
         }
         return glyphs;

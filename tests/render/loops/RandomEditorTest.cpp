@@ -292,6 +292,8 @@ private:
             _wrong << complaint << '\n';
         std::vector<std::int32_t> path;
         ComparePlain(*_root, *_plain.root, path);
+        if (_root->IsEnabled() && _root->IsValid() && !_root->IsPending() && !_plain.HasArmedFactory(0))
+            CompareFresh();
         Stage::Counts const idle = _stage.Update(_root);
         if (_plain.models.at(0).isEnabled)
             Expect("visited when nothing changed", idle.visited, 1U);
@@ -340,6 +342,37 @@ private:
         }
         p_path.pop_back();
     }
+    void CompareFresh() {
+        Core::Ptr<Vis> const fresh = _stage.generator(Model(0));
+        _stage.Update(fresh);
+        CompareWithFresh(*_root, *fresh);
+    }
+    void CompareWithFresh(Vis const& p_vis, Vis const& p_fresh) {
+        std::string const where = "compared to a fresh tree: " + Where(p_vis);
+        Expect("box", p_vis.BoundingBox(), p_fresh.BoundingBox(), where);
+        Expect("layer", p_vis.GetLayer(), p_fresh.GetLayer(), where);
+        Expect("optimal paths", p_vis.OptimalPaths(), p_fresh.OptimalPaths(), where);
+        Expect("handled", p_vis.Handled().Word(), p_fresh.Handled().Word(), where);
+        Expect("active children", p_vis.HasActiveChildren(), p_fresh.HasActiveChildren(), where);
+        for (Vis::Flags const flag : {Vis::VisFlagContextRoot, Vis::VisFlagSecond, Vis::VisFlagSelfManaged})
+            Expect("flag", p_vis.IsFlagged(flag), p_fresh.IsFlagged(flag), where);
+        std::map<int, Vis const*> mine, theirs;
+        for (Core::Ptr<Vis> const& child : p_vis)
+            mine[KeyOf(*child)] = child.Get();
+        for (Core::Ptr<Vis> const& child : p_fresh)
+            theirs[KeyOf(*child)] = child.Get();
+        Expect("number of children", p_vis.Size(), p_fresh.Size(), where);
+        Expect("number of different children", mine.size(), theirs.size(), where);
+        for (auto const& [key, child] : mine) {
+            Expect("has child", theirs.count(key), 1U, where);
+            if (theirs.count(key) == 0)
+                continue;
+            Expect("active", child->IsActive(), theirs[key]->IsActive(), "compared to a fresh tree: " + Where(*child));
+            if (child->IsActive() && theirs[key]->IsActive())
+                CompareWithFresh(*child, *theirs[key]);
+        }
+    }
+
     Mode const _mode;
     Edit _edit; ///< the one in progress, and the model nodes that it chose
     int _node = 0, _other = 0;

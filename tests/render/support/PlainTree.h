@@ -74,6 +74,14 @@ public:
         return sum;
     }
 
+    bool HasArmedFactory(int p_node) const {
+        PlainModel const& model = models.at(p_node);
+        if (!model.isKnown || IsSelfManaged(p_node))
+            return model.isKnown && model.script.answers[HookFactory] != Answer::Ok;
+        return model.script.answers[HookFactory] != Answer::Ok ||
+            std::any_of(model.children.begin(), model.children.end(), [&](int p_c) { return HasArmedFactory(p_c); });
+    }
+
     void Add(int p_parent, int p_child) {
         std::vector<int>& children = models[p_parent].children;
         if (std::find(children.begin(), children.end(), p_child) != children.end())

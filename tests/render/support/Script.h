@@ -184,9 +184,10 @@ private:
             : p_answer == Answer::Invalid ? NodeStatusInvalid
                                           : NodeStatusPending;
     }
-    Answer Play(Hook p_hook) {
+    Answer Play(Hook p_hook) { return Play(p_hook, Model().script.answers[p_hook]); }
+    Answer Play(Hook p_hook, Answer p_answer) {
         _world.Enter(Model(), p_hook);
-        return Perform(Model().script.answers[p_hook]);
+        return Perform(p_answer);
     }
 
     bool SetsDomain() const {
@@ -204,15 +205,13 @@ private:
     }
 
     NodeStatus DoUpdateModel(UpdateContext const& p_context) override {
-        bool const isSecond = std::exchange(_isSecondCall, false);
-        _world.Enter(Model(), HookUpdateModel);
         CheckDomain(p_context, Parent());
         Model().Grow();
-        if (isSecond)
-            return Status(Play(HookUpdateModel));
-        NodeStatus const status = Status(Perform(Model().script.firstModel));
-        _isSecondCall = true;
-        return status;
+        bool const isSecond = std::exchange(_isSecondCall, false);
+        Script const& script = Model().script;
+        Answer const answer = Play(HookUpdateModel, isSecond ? script.answers[HookUpdateModel] : script.firstModel);
+        _isSecondCall = !isSecond;
+        return Status(answer);
     }
     NodeStatus DoUpdate(UpdateContext const& p_context) override {
         CheckDomain(p_context, Parent());
