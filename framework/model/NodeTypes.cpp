@@ -1,5 +1,6 @@
 #include "framework/model/NodeTypes.h"
 
+#include "framework/model/Action.h"
 #include "framework/model/Bitmap.h"
 #include "framework/model/Group.h"
 #include "framework/model/Light.h"
@@ -7,6 +8,7 @@
 #include "framework/model/SceneGraph.h"
 #include "framework/model/SimpleObject.h"
 #include "framework/model/Symbol.h"
+#include "framework/model/Toolbar.h"
 
 #include <algorithm>
 #include <array>
@@ -22,6 +24,7 @@ constexpr NodeType TypeOf(std::string_view p_name, std::string_view p_documentat
 }
 
 constexpr std::array Offered{
+    TypeOf<Action>("Action", "Something that the user can have done: a button of a toolbar."),
     TypeOf<Bitmap>("Bitmap", "One image in front of what its pane shows."),
     TypeOf<Group>("Group", "Nodes that belong together."),
     TypeOf<Light>("Light", "A source of light."),
@@ -29,6 +32,7 @@ constexpr std::array Offered{
     TypeOf<SceneGraph>("SceneGraph", "The root of a three-dimensional scene."),
     TypeOf<SimpleObject>("SimpleObject", "One symbol somewhere in the scene, in one colour."),
     TypeOf<Symbol>("Symbol", "What simple objects look like."),
+    TypeOf<Toolbar>("Toolbar", "A bar of buttons in a pane, one for each of its actions."),
 };
 
 } // namespace

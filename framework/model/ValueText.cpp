@@ -166,6 +166,36 @@ std::optional<QColor> ReadChannels(std::string_view p_text) {
         static_cast<float>(channels[2]), static_cast<float>(channels[3]));
 }
 
+/// A position as its edge and its distance.
+template <class Position>
+std::string WritePosition(Position const& p_position, std::array<std::string_view, 2> const& p_edges) {
+    bool const isPixels = p_position.definedAs == Types::DefinedAs::Pixels;
+    std::string text(p_edges[static_cast<std::size_t>(p_position.edge)]);
+    text += ' ';
+    AppendLength(
+        text, isPixels ? RelativeLength::Pixels(p_position.distance) : RelativeLength::Fraction(p_position.distance));
+    return text;
+}
+
+template <class Position>
+std::optional<Position> ReadPosition(std::string_view p_text, std::array<std::string_view, 2> const& p_edges) {
+    std::string_view const text = Trimmed(p_text);
+    std::size_t const gap = text.find_first_of(" \t");
+    if (gap == std::string_view::npos)
+        return std::nullopt;
+    std::optional<int> const edge = Detail::ReadChoice(p_edges, text.substr(0, gap));
+    std::string_view rest = Trimmed(text.substr(gap));
+    std::optional<RelativeLength> const length = TakeLength(rest);
+    if (!edge || !length || !rest.empty() || (length->fraction != 0 && length->pixels != 0))
+        return std::nullopt;
+    bool const isPixels = length->definedAs == Types::DefinedAs::Pixels;
+    return Position(
+        length->definedAs, static_cast<decltype(Position::edge)>(*edge), isPixels ? length->pixels : length->fraction);
+}
+
+constexpr std::array<std::string_view, 2> XEdges{"left", "right"};
+constexpr std::array<std::string_view, 2> YEdges{"bottom", "top"};
+
 } // namespace
 
 namespace Detail {
@@ -325,6 +355,26 @@ std::optional<RelativeViewport> ValueText<RelativeViewport>::Read(std::string_vi
 }
 std::string ValueText<RelativeViewport>::Form() {
     return "x, y, width and height, each as 50%, 12px or 50%+12px, such as 0% 0% 50% 100%-20px";
+}
+
+std::string ValueText<Types::XPosition>::Write(Types::XPosition const& p_value) {
+    return WritePosition(p_value, XEdges);
+}
+std::optional<Types::XPosition> ValueText<Types::XPosition>::Read(std::string_view p_text) {
+    return ReadPosition<Types::XPosition>(p_text, XEdges);
+}
+std::string ValueText<Types::XPosition>::Form() {
+    return "left or right and a distance as 12px or 5%, such as right 12px";
+}
+
+std::string ValueText<Types::YPosition>::Write(Types::YPosition const& p_value) {
+    return WritePosition(p_value, YEdges);
+}
+std::optional<Types::YPosition> ValueText<Types::YPosition>::Read(std::string_view p_text) {
+    return ReadPosition<Types::YPosition>(p_text, YEdges);
+}
+std::string ValueText<Types::YPosition>::Form() {
+    return "bottom or top and a distance as 12px or 5%, such as top 12px";
 }
 
 } // namespace Qor::Chart::Model

@@ -4,6 +4,8 @@
 #include "framework/model/SharedMatrix.h"
 #include "framework/types/Vector3.h"
 #include "framework/types/Viewport.h"
+#include "framework/types/XPosition.h"
+#include "framework/types/YPosition.h"
 
 #include <QColor>
 
@@ -84,6 +86,18 @@ template <>
 struct QOR_FRAMEWORK_API ValueText<Types::Viewport<1>> {
     static std::string Write(Types::Viewport<1> const& p_value);
     static std::optional<Types::Viewport<1>> Read(std::string_view p_text);
+    static std::string Form();
+};
+template <>
+struct QOR_FRAMEWORK_API ValueText<Types::XPosition> {
+    static std::string Write(Types::XPosition const& p_value);
+    static std::optional<Types::XPosition> Read(std::string_view p_text);
+    static std::string Form();
+};
+template <>
+struct QOR_FRAMEWORK_API ValueText<Types::YPosition> {
+    static std::string Write(Types::YPosition const& p_value);
+    static std::optional<Types::YPosition> Read(std::string_view p_text);
     static std::string Form();
 };
 

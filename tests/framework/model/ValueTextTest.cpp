@@ -31,6 +31,8 @@ void ExpectRefuses(std::vector<std::string> const& p_texts) {
 } // namespace
 
 TEST(ValueTextTest, readsWhatPeopleWrite) {
+    ExpectReads(" Right  12px ", Types::XPosition(Types::DefinedAs::Pixels, Types::XEdge::Right, 12));
+    ExpectReads("bottom 5%", Types::YPosition(Types::DefinedAs::Fraction, Types::YEdge::Bottom, 0.05));
     ExpectReads(" True\n", true);
     ExpectReads(" +2.5e-1 ", 0.25);
     ExpectReads("1,2 ,\t-3", Vector(1, 2, -3));
@@ -47,6 +49,7 @@ TEST(ValueTextTest, readsWhatPeopleWrite) {
 }
 
 TEST(ValueTextTest, refusesWhatIsNoValue) {
+    ExpectRefuses<Types::XPosition>({"", "left", "12px", "top 12px", "left 12px 3", "right 5%+3px"});
     ExpectRefuses<bool>({"", "1", "yes", "truefalse", "true false"});
     ExpectRefuses<double>({"", " ", "x", "1x", "nan", "inf", "-inf", "1e999", "0x10", "1 2", "1,", "+-1", "++1"});
     ExpectRefuses<Vector>({"", "1 2", "1 2 3 4", "1,,2,3", "1 2 3,", ",1 2 3", "1 2 nan", "1;2;3"});
