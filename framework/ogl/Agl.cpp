@@ -11,7 +11,8 @@
 #include <utility>
 
 // Construction, frames, errors and the stacks of attributes, scissor boxes and layers. The other operations stand in
-// AglMatrix.cpp, AglState.cpp and AglDraw.cpp.
+// AglMatrix.cpp, AglState.cpp,
+// AglLighting.cpp, AglTexture.cpp, AglDraw.cpp and AglText.cpp.
 
 namespace Qor::Chart::Ogl {
 
@@ -35,8 +36,10 @@ struct AttribGroup {
 constexpr std::array<AttribGroup, 14> AttribGroups = {{
     {Tokens::AGL_CURRENT_BIT, StateBit(StateItem::CurrentColor) | StateBit(StateItem::CurrentVertex), 0},
     {Tokens::AGL_POINT_BIT, StateBit(StateItem::Point), EnableBit::PointSmooth},
-    {Tokens::AGL_LINE_BIT, StateBit(StateItem::Line), EnableBit::LineSmooth},
-    {Tokens::AGL_POLYGON_BIT, StateBit(StateItem::Polygon), EnableBit::CullFace | EnableBit::PolygonStipple},
+    {Tokens::AGL_LINE_BIT, StateBit(StateItem::Line), EnableBit::LineSmooth | EnableBit::LineStipple},
+    {Tokens::AGL_POLYGON_BIT, StateBit(StateItem::Polygon),
+        EnableBit::CullFace | EnableBit::PolygonStipple | EnableBit::OffsetFill | EnableBit::OffsetLine |
+            EnableBit::OffsetPoint},
     {Tokens::AGL_POLYGON_STIPPLE_BIT, StateBit(StateItem::PolygonStipple), 0},
     {Tokens::AGL_LIGHTING_BIT, StateBit(StateItem::LightModel) | StateBit(StateItem::Material) | LightItems,
         EnableBit::Lighting | EnableBit::ColorMaterial | EnableBit::Lights},
@@ -128,6 +131,7 @@ void Agl::Flush() {
         return;
     }
     ++_statistics.flushes;
+    _list.Pad();
     _backend->Execute(_list, _statistics);
     _list.Clear();
     _key.version.fill(StateKey::NoVersion);
@@ -314,6 +318,7 @@ bool Agl::RestoreDepth(std::uint32_t const& p_depth, std::uint32_t p_wanted, Pop
 void Agl::RestoreDifferingDepths(StackDepths const& p_depths) {
     if (_depths.primitive != 0) {
         _list.vertices.resize(_primitive.firstVertex);
+        _list.texCoords.resize(std::min<std::size_t>(_list.texCoords.size(), _primitive.firstVertex));
         _depths.primitive = 0;
     }
     constexpr StateMask textureMatrixBit = StateBit(StateItem::TextureMatrix0);

@@ -30,6 +30,10 @@
 #include <utility>
 #include <vector>
 
+namespace Qor::Chart::Types {
+struct TextureUnit;
+}
+
 namespace Qor::Chart::Ogl {
 
 class GlyphAtlas;
@@ -166,10 +170,18 @@ public:
 
     void PointSize(float p_pixels);
     void LineWidth(float p_pixels);
+    /// While AGL_LINE_STIPPLE is enabled a line shows the pixels whose bit of the pattern is set, the lowest bit first,
+    /// each bit for p_factor pixels (cut to 1 to 256) along the line. The pattern starts anew with each line of AGL_LINES,
+    /// each strip or loop and each outline of a polygon, and goes on around their corners. Pixels are counted from where a
+    /// line starts, also when that is outside of the viewport.
+    void LineStipple(int p_factor, std::uint16_t p_pattern);
     void PolygonMode(Token p_face, Token p_mode);
     void PolygonStipple(std::array<std::uint32_t, 32> const& p_rows);
     /// 128 bytes, four a row, as OpenGL takes them.
     void PolygonStipple(unsigned char const* p_pattern);
+    /// Moves the depths of polygons by p_factor times their slope and p_units times the smallest step of the depth buffer
+    /// while the AGL_POLYGON_OFFSET_FILL, _LINE or _POINT of their polygon mode is enabled.
+    void PolygonOffset(float p_factor, float p_units);
     void CullFace(Token p_face);
     void FrontFace(Token p_winding);
     void ShadeModel(Token p_model);
@@ -199,14 +211,22 @@ public:
     /// p_plane is AGL_CLIP_PLANE0 + i. Keeps what lies where ax + by + cz + dw >= 0, in object coordinates.
     void ClipPlane(Token p_plane, Vector4 const& p_equation);
 
-    /// AGL_TEXTURE0 or AGL_TEXTURE1: the unit that the texture calls below, AGL_TEXTURE_2D and AGL_TEXTURE address.
+    /// AGL_TEXTURE0 to AGL_TEXTURE3: the unit that the texture calls below, AGL_TEXTURE_2D and AGL_TEXTURE address.
     void ActiveTexture(Token p_unit);
     /// An empty handle unbinds. The texture is not kept alive beyond the draws that use it.
     void BindTexture(std::shared_ptr<Texture const> const& p_texture);
-    /// AGL_TEXTURE_ENV_MODE: AGL_MODULATE, AGL_REPLACE, AGL_DECAL, AGL_BLEND or AGL_ADD.
-    void TexEnv(Token p_parameter, Token p_mode);
+    /// AGL_TEXTURE_ENV_MODE: AGL_MODULATE, AGL_REPLACE, AGL_DECAL, AGL_BLEND, AGL_ADD or AGL_COMBINE. Functions, sources and
+    /// operands of the last one: AGL_COMBINE_RGB to AGL_OPERAND2_ALPHA.
+    void TexEnv(Token p_parameter, Token p_value);
+    /// AGL_RGB_SCALE or AGL_ALPHA_SCALE: 1, 2 or 4.
+    void TexEnv(Token p_parameter, float p_scale);
     /// AGL_TEXTURE_ENV_COLOR.
     void TexEnv(Token p_parameter, Types::Color4f const& p_color);
+    /// How the active unit reads its texture; without a value, in the texture's own way.
+    void TexSampling(std::optional<TextureSampling> const& p_sampling);
+    /// Sets everything about a texture unit at once: whether it is on, its texture (the handle, not the number in the
+    /// value), environment, combiners, sampling and the current matrix of its stack. The active unit stays what it is.
+    void Apply(Token p_unit, Types::TextureUnit const& p_value, std::shared_ptr<Texture const> const& p_texture);
 
     /// Everything in force, for reading. The matrices in it are those of the last draw.
     State const& Current() const { return _state; }
@@ -316,6 +336,7 @@ private:
     struct OpenPrimitive {
         Token kind = Tokens::AGL_POINTS;
         std::uint32_t firstVertex = 0;
+        bool isTextured = false;
         double normalMatrix[9] = {};
     };
 
@@ -362,6 +383,9 @@ private:
     void ErrorToken(char const* p_operation, Token p_token);
     /// The light to be written; nullptr, with an error, when there is none of that number.
     LightState* FindLight(Token p_light);
+    bool CheckUnit(char const* p_operation, Token p_unit);
+    void SetCombiner(std::size_t p_unit, Token p_parameter, Token p_value);
+    void SetTexture(std::size_t p_unit, std::shared_ptr<Texture const> const& p_texture);
     template <class Change>
     void ChangeMaterial(Token p_face, Change const& p_change);
 
@@ -369,12 +393,24 @@ private:
     void ResolveState(StateMask p_unused);
     void ResolveProjection();
     void ResolvePolygonPasses();
+    PolygonPass PassFor(Token p_kind, PolygonPass p_pass) const;
     void ResolvePerspectiveRow(Types::Matrix4 const& p_modelView);
     void ResolveTextures();
     void KeepShader();
     void AppendInstance(Types::Matrix4 const& p_modelView);
     void AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass);
     void AppendImmediate(PolygonPass const& p_pass);
+    /// Adds a command for the indices from p_first on, or lets them join the one before.
+    void AppendIndices(std::uint32_t p_first, Command p_command);
+    bool NeedsStippleCounts(Token p_kind, Pipeline p_pipeline) const;
+    /// Adds stippled lines or outlines of a primitive of p_count vertices, of which p_copy(i) records the one of that number.
+    /// Each strip and outline has vertices of its own, which carry how far the pattern is there.
+    template <class Copy>
+    void AppendStippled(Token p_kind, Pipeline p_pipeline, std::size_t p_count, Copy const& p_copy);
+    void AppendExpanded(PrimitiveBuffer const& p_buffer, PolygonPass const& p_pass);
+    void BeginVertices();
+    void AppendVertex(
+        Vector4 const& p_position, Types::Vector3_Base<float> const& p_normal, Types::Color4f const& p_color);
     void FlushWhenFull();
     Shader const* EffectiveShader() const { return (_boundShader ? _boundShader : _fixedFunction).get(); }
 

@@ -1,6 +1,7 @@
 #include "framework/ogl/Agl.h"
 
 #include "framework/ogl/HitDetect.h"
+#include "framework/ogl/LineStippleCounter.h"
 #include "framework/utility/Ensure.h"
 
 #include <algorithm>
@@ -51,11 +52,24 @@ std::uint8_t VisibleFaces(State const& p_state) {
     }
 }
 
-/// Groups that a draw of such vertices does not depend on: the current normal and texture coordinates, if they have or need
+/// Groups that a primitive of a kind does not depend on: those of points and lines, but for points, lines and polygons that
+/// are drawn as such.
+StateMask UnusedItems(Token p_kind, State const& p_state) {
+    if (p_kind == Tokens::AGL_POINTS) {
+        return StateBit(StateItem::Line);
+    }
+    if (!IsPolygonKind(p_kind)) {
+        return StateBit(StateItem::Point);
+    }
+    bool const isFilled = p_state.polygon.frontMode == Tokens::AGL_FILL && p_state.polygon.backMode == Tokens::AGL_FILL;
+    return isFilled ? StateBit(StateItem::Line) | StateBit(StateItem::Point) : 0;
+}
+
+/// The same for a shape, which does not depend on the current normal and texture coordinates either, if it has or needs
 /// none.
-StateMask UnusedItems(AttributeInfo const& p_info, State const& p_state) {
-    bool const isUnused = p_info.flags[AttributeInfo::Normal] && !p_state.IsEnabled(EnableBit::Textures);
-    return isUnused ? StateBit(StateItem::CurrentVertex) : 0;
+StateMask UnusedItems(PrimitiveBuffer const& p_buffer, State const& p_state) {
+    bool const isUnused = p_buffer.Info().flags[AttributeInfo::Normal] && !p_state.IsEnabled(EnableBit::Textures);
+    return UnusedItems(p_buffer.Kind(), p_state) | (isUnused ? StateBit(StateItem::CurrentVertex) : 0);
 }
 
 /// The inverse transpose of the upper left three by three elements, row by row. Without an inverse the cofactors, which
@@ -79,6 +93,31 @@ void Rescale(double* p_normalMatrix) {
     double const length = Length(Agl::Vector3(p_normalMatrix[2], p_normalMatrix[5], p_normalMatrix[8]));
     if (length > 0) {
         std::for_each(p_normalMatrix, p_normalMatrix + 9, [length](double& p) { p /= length; });
+    }
+}
+
+/// How many corners each polygon of a kind has that is made of so many vertices.
+std::size_t CornersOf(Token p_kind, std::size_t p_vertices) {
+    switch (p_kind) {
+    case Tokens::AGL_QUADS:
+    case Tokens::AGL_QUAD_STRIP:
+        return 4;
+    case Tokens::AGL_POLYGON:
+        return p_vertices;
+    default:
+        return 3;
+    }
+}
+
+/// The edge with which the stipple pattern of an outline begins. OpenGL leaves that open; this is what drivers do.
+std::size_t FirstEdge(Token p_kind) {
+    switch (p_kind) {
+    case Tokens::AGL_POLYGON:
+        return 0;
+    case Tokens::AGL_QUADS:
+        return 3;
+    default:
+        return 2;
     }
 }
 
@@ -147,15 +186,24 @@ void Agl::Begin(Token p_kind) {
         _detect->Begin(p_kind);
         return;
     }
+    _primitive.kind = p_kind;
+    BeginVertices();
+    _depths.primitive = 1;
+}
+
+// Vertices are recorded in eye coordinates, so the model-view matrix of their draw is the identity.
+void Agl::BeginVertices() {
     Assign(StateItem::PerspectiveRow, _state.perspectiveRow.row, PerspectiveRowState().row);
     ResolveState(StateBit(StateItem::CurrentVertex));
-    _primitive.kind = p_kind;
     _primitive.firstVertex = static_cast<std::uint32_t>(_list.vertices.size());
+    _primitive.isTextured = _state.UsedTextureUnits() != 0;
+    if (_primitive.isTextured) {
+        _list.texCoords.resize(_list.vertices.size());
+    }
     NormalMatrix(_modelView.back().Data(), _primitive.normalMatrix);
     if (_state.IsEnabled(EnableBit::RescaleNormal)) {
         Rescale(_primitive.normalMatrix);
     }
-    _depths.primitive = 1;
 }
 
 void Agl::Vertex(Vector4 const& p_position) {
@@ -167,13 +215,20 @@ void Agl::Vertex(Vector4 const& p_position) {
         _detect->Vertex(p_position);
         return;
     }
+    AppendVertex(p_position, _state.currentVertex.normal, _state.currentColor.color);
+    if (_primitive.isTextured) {
+        _list.texCoords.push_back(_state.currentVertex.texCoords);
+    }
+}
+
+inline void Agl::AppendVertex(
+    Vector4 const& p_position, Types::Vector3_Base<float> const& p_normal, Types::Color4f const& p_color) {
     double const* const m = _modelView.back().Data();
     double const* const n = _primitive.normalMatrix;
     auto const& origin = _state.projection.origin;
-    auto const& normal = _state.currentVertex.normal;
-    double const nx = static_cast<double>(normal.x);
-    double const ny = static_cast<double>(normal.y);
-    double const nz = static_cast<double>(normal.z);
+    double const nx = static_cast<double>(p_normal.x);
+    double const ny = static_cast<double>(p_normal.y);
+    double const nz = static_cast<double>(p_normal.z);
     auto const row = [&](std::size_t p_row) {
         return m[p_row] * p_position.x + m[4 + p_row] * p_position.y + m[8 + p_row] * p_position.z +
             m[12 + p_row] * p_position.w;
@@ -184,8 +239,7 @@ void Agl::Vertex(Vector4 const& p_position) {
         ToFloat(row(0) - origin[0] * w), ToFloat(row(1) - origin[1] * w), ToFloat(row(2) - origin[2] * w), ToFloat(w)};
     vertex.normal = {ToFloat(n[0] * nx + n[1] * ny + n[2] * nz), ToFloat(n[3] * nx + n[4] * ny + n[5] * nz),
         ToFloat(n[6] * nx + n[7] * ny + n[8] * nz)};
-    vertex.color = _state.currentColor.color;
-    vertex.texCoords = _state.currentVertex.texCoords;
+    vertex.color = p_color;
 }
 
 void Agl::End() {
@@ -202,7 +256,7 @@ void Agl::End() {
     // What a vertex takes from the current values went into it already.
     if (IsPolygonKind(_primitive.kind)) {
         for (std::size_t i = 0; i < _passCount; ++i) {
-            AppendImmediate(_passes[i]);
+            AppendImmediate(PassFor(_primitive.kind, _passes[i]));
         }
     } else {
         AppendImmediate({FilledPipeline(_primitive.kind), FaceBit::Both});
@@ -212,33 +266,135 @@ void Agl::End() {
 
 void Agl::AppendImmediate(PolygonPass const& p_pass) {
     std::size_t const count = _list.vertices.size() - _primitive.firstVertex;
-    _assembly.resize(count);
-    std::iota(_assembly.begin(), _assembly.end(), _primitive.firstVertex);
-    auto const first = static_cast<std::uint32_t>(_list.indices.size());
-    AssemblePrimitives(_primitive.kind, _assembly, p_pass.pipeline, _list.indices);
-    auto const added = static_cast<std::uint32_t>(_list.indices.size()) - first;
-    if (added == 0) {
+    auto const firstIndex = static_cast<std::uint32_t>(_list.indices.size());
+    if (NeedsStippleCounts(_primitive.kind, p_pass.pipeline)) [[unlikely]] {
+        AppendStippled(_primitive.kind, p_pass.pipeline, count, [this](std::size_t p_index) {
+            std::size_t const source = _primitive.firstVertex + p_index;
+            _list.vertices.push_back(_list.vertices[source]);
+            if (_primitive.isTextured) {
+                _list.texCoords.push_back(_list.texCoords[source]);
+            }
+        });
+    } else {
+        _assembly.resize(count);
+        std::iota(_assembly.begin(), _assembly.end(), _primitive.firstVertex);
+        AssemblePrimitives(_primitive.kind, _assembly, p_pass.pipeline, _list.indices);
+    }
+    Command command;
+    command.pipeline = p_pass.pipeline;
+    command.faces = p_pass.faces;
+    command.hasNormals = IsPolygonKind(_primitive.kind);
+    AppendIndices(firstIndex, command);
+}
+
+void Agl::AppendIndices(std::uint32_t p_first, Command p_command) {
+    p_command.kind = Command::Kind::Immediate;
+    p_command.state = static_cast<std::uint32_t>(_list.states.size() - 1);
+    p_command.first = p_first;
+    p_command.count = static_cast<std::uint32_t>(_list.indices.size()) - p_first;
+    p_command.shader = EffectiveShader();
+    if (p_command.count == 0) {
         return;
     }
-    auto const state = static_cast<std::uint32_t>(_list.states.size() - 1);
     if (!_list.commands.empty()) {
         Command& last = _list.commands.back();
-        if (last.kind == Command::Kind::Immediate && last.state == state && last.shader == EffectiveShader() &&
-            last.pipeline == p_pass.pipeline && last.faces == p_pass.faces) {
-            last.count += added;
+        if (last.kind == Command::Kind::Immediate && last.state == p_command.state && last.shader == p_command.shader &&
+            last.pipeline == p_command.pipeline && last.faces == p_command.faces &&
+            last.hasNormals == p_command.hasNormals && !last.hasColors && !p_command.hasColors) {
+            last.count += p_command.count;
             return;
         }
     }
+    KeepShader();
+    _list.commands.push_back(p_command);
+}
+
+// Lines of their own start with the pattern, which the shader can do alone.
+bool Agl::NeedsStippleCounts(Token p_kind, Pipeline p_pipeline) const {
+    return _state.IsLineStippled() &&
+        (p_pipeline == Pipeline::Edges || p_kind == Tokens::AGL_LINE_STRIP || p_kind == Tokens::AGL_LINE_LOOP);
+}
+
+template <class Copy>
+void Agl::AppendStippled(Token p_kind, Pipeline p_pipeline, std::size_t p_count, Copy const& p_copy) {
+    LineStippleCounter counter(_state);
+    _assembly.resize(p_count);
+    std::iota(_assembly.begin(), _assembly.end(), 0U);
+    std::vector<std::uint32_t> edges;
+    std::size_t corners = p_count;
+    if (p_pipeline == Pipeline::Edges) {
+        AssemblePrimitives(p_kind, _assembly, p_pipeline, edges);
+        corners = CornersOf(p_kind, p_count);
+    }
+    // Copies the vertices of a chain, and lets each know the count where it starts.
+    auto const chain = [&](std::size_t p_size, auto const& p_vertex) {
+        auto const first = static_cast<std::uint32_t>(_list.vertices.size());
+        counter.Reset();
+        for (std::size_t i = 0; i < p_size; ++i) {
+            p_copy(p_vertex(i));
+            if (i > 0) {
+                counter.Advance(_list.vertices[first + i - 1].position, _list.vertices[first + i].position);
+            }
+            _list.stippleStarts.resize(_list.vertices.size() - 1);
+            _list.stippleStarts.push_back(counter.Pixels());
+        }
+        return first;
+    };
+    if (p_pipeline == Pipeline::Lines) {
+        std::uint32_t const first = chain(p_count, [](std::size_t p_index) { return p_index; });
+        std::iota(_assembly.begin(), _assembly.end(), first);
+        AssemblePrimitives(p_kind, _assembly, p_pipeline, _list.indices);
+        return;
+    }
+    std::size_t const begin = FirstEdge(p_kind);
+    constexpr std::size_t stride = IndicesPerPrimitive(Pipeline::Edges);
+    auto const size = static_cast<std::uint32_t>(corners);
+    for (std::size_t at = 0; corners >= 3 && at + stride * corners <= edges.size(); at += stride * corners) {
+        auto const corner = [&](std::size_t p_index) { return edges[at + stride * ((p_index + begin) % corners) + 1]; };
+        std::uint32_t const first = chain(corners, corner);
+        std::uint32_t provoking = 0;
+        while (provoking + 1 < size && corner(provoking) != edges[at + 3]) {
+            ++provoking;
+        }
+        for (std::uint32_t i = 0; i < size; ++i) {
+            _list.indices.insert(
+                _list.indices.end(), {first + (i + 2) % size, first + i, first + (i + 1) % size, first + provoking});
+        }
+    }
+}
+
+// The count of a stipple pattern along strips and outlines depends on where their vertices are in the window, so they are
+// recorded vertex by vertex.
+void Agl::AppendExpanded(PrimitiveBuffer const& p_buffer, PolygonPass const& p_pass) {
+    BeginVertices();
+    VertexData const& data = p_buffer.Vertices()->Data();
+    std::vector<std::uint32_t> const& indices = p_buffer.Indices()->Indices();
+    auto const firstIndex = static_cast<std::uint32_t>(_list.indices.size());
+    auto const orCurrent = [](auto const& p_values, std::size_t p_index, auto const& p_current) {
+        return p_values.empty() ? p_current : p_values[p_index];
+    };
+    AppendStippled(p_buffer.Kind(), p_pass.pipeline, indices.size(), [&](std::size_t p_index) {
+        std::size_t const source = indices[p_index];
+        Types::Vector3_Base<double> const position(data.positions[source]);
+        AppendVertex(Vector4(position, 1), orCurrent(data.normals, source, _state.currentVertex.normal),
+            orCurrent(data.colors, source, _state.currentColor.color));
+        if (_primitive.isTextured) {
+            ImmediateTexCoords& texCoords = _list.texCoords.emplace_back();
+            for (std::size_t unit = 0; unit < TextureUnitCount; ++unit) {
+                texCoords[unit] = orCurrent(data.texCoords[unit], source, _state.currentVertex.texCoords[unit]);
+            }
+        }
+    });
     Command command;
-    command.kind = Command::Kind::Immediate;
     command.pipeline = p_pass.pipeline;
     command.faces = p_pass.faces;
-    command.state = state;
-    command.first = first;
-    command.count = added;
-    command.shader = EffectiveShader();
-    KeepShader();
-    _list.commands.push_back(command);
+    command.hasNormals = !data.normals.empty();
+    command.hasColors = !data.colors.empty();
+    if (command.hasColors && _list.indices.size() > firstIndex) {
+        command.colorInstance = static_cast<std::uint32_t>(_list.instances.size());
+        AppendInstance(Types::Matrix4());
+    }
+    AppendIndices(firstIndex, command);
 }
 
 void Agl::Draw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer) {
@@ -255,20 +411,21 @@ void Agl::Draw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer) {
     ++_statistics.draws;
     Types::Matrix4 const& modelView = _modelView.back();
     ResolvePerspectiveRow(modelView);
-    StateMask const unused = UnusedItems(p_buffer->Info(), _state);
+    StateMask const unused = UnusedItems(*p_buffer, _state);
     if ((_dirty & ~UndrawnItems & ~unused) != 0 || _key.enables != _state.enables || _keyIsNew) {
         ResolveState(unused);
     }
     if (IsPolygonKind(p_buffer->Kind())) {
         for (std::size_t i = 0; i < _passCount; ++i) {
-            AppendDraw(p_buffer, _passes[i]);
+            AppendDraw(p_buffer, PassFor(p_buffer->Kind(), _passes[i]));
         }
     } else {
         AppendDraw(p_buffer, {FilledPipeline(p_buffer->Kind()), FaceBit::Both});
     }
-    if (_list.instances.size() >= MaxInstances || _list.states.size() >= MaxStates) [[unlikely]] {
+    if (_list.instances.size() >= MaxInstances) [[unlikely]] {
         Flush();
     }
+    FlushWhenFull();
 }
 
 void Agl::Draw() {
@@ -279,6 +436,12 @@ void Agl::Draw() {
 }
 
 void Agl::AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass) {
+    if (NeedsStippleCounts(p_buffer->Kind(), p_pass.pipeline)) [[unlikely]] {
+        AppendExpanded(*p_buffer, p_pass);
+        ResolvePerspectiveRow(_modelView.back());
+        ResolveState(0);
+        return;
+    }
     auto const state = static_cast<std::uint32_t>(_list.states.size() - 1);
     Shader const* const shader = EffectiveShader();
     bool merged = false;
@@ -293,6 +456,8 @@ void Agl::AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, Pol
         command.kind = Command::Kind::Draw;
         command.pipeline = p_pass.pipeline;
         command.faces = p_pass.faces;
+        command.hasNormals = p_buffer->Info().flags[AttributeInfo::Normal];
+        command.hasColors = p_buffer->Info().flags[AttributeInfo::Color];
         command.state = state;
         command.first = static_cast<std::uint32_t>(_list.instances.size());
         command.count = 1;
@@ -370,6 +535,15 @@ void Agl::ResolveState(StateMask p_unused) {
         _keyIsNew = false;
     }
     _dirty = skipped;
+}
+
+// Only quads have a provoking vertex that not all of their triangles end with.
+inline Agl::PolygonPass Agl::PassFor(Token p_kind, PolygonPass p_pass) const {
+    bool const isQuad = p_kind == Tokens::AGL_QUADS || p_kind == Tokens::AGL_QUAD_STRIP;
+    if (isQuad && p_pass.pipeline == Pipeline::Triangles && _state.lightModel.shadeModel == Tokens::AGL_FLAT) {
+        p_pass.pipeline = Pipeline::FlatTriangles;
+    }
+    return p_pass;
 }
 
 void Agl::ResolvePolygonPasses() {

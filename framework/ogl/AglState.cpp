@@ -1,26 +1,17 @@
 #include "framework/ogl/Agl.h"
 
+#include "framework/ogl/TokenChecks.h"
+
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 
-// What sets and reads the groups of the state.
+// What sets and reads the groups of the state, but for lights, materials and textures.
 
 namespace Qor::Chart::Ogl {
 
 using namespace Tokens;
 
 namespace {
-
-constexpr std::size_t MaxForgottenTextures = 256;
-
-bool IsOneOf(Token p_token, std::initializer_list<Token> p_tokens) {
-    return std::find(p_tokens.begin(), p_tokens.end(), p_token) != p_tokens.end();
-}
-
-bool IsFace(Token p_token) {
-    return IsOneOf(p_token, {AGL_FRONT, AGL_BACK, AGL_FRONT_AND_BACK});
-}
 
 bool IsComparison(Token p_token) {
     return p_token >= AGL_NEVER && p_token <= AGL_ALWAYS;
@@ -39,32 +30,6 @@ bool IsStencilOperation(Token p_token) {
 std::int32_t Round(double p_value) {
     constexpr double limit = 1 << 28;
     return std::isnan(p_value) ? 0 : static_cast<std::int32_t>(std::floor(std::clamp(p_value, -limit, limit) + 0.5));
-}
-
-Types::Vector4_Base<float> ToFloat(Agl::Vector4 const& p_vector) {
-    return Types::Vector4_Base<float>(p_vector);
-}
-
-/// The colours of a material face that a parameter names.
-void SetMaterialColor(MaterialFace& p_face, Token p_parameter, Types::Color4f const& p_color) {
-    switch (p_parameter) {
-    case AGL_AMBIENT:
-        p_face.ambient = p_color;
-        break;
-    case AGL_DIFFUSE:
-        p_face.diffuse = p_color;
-        break;
-    case AGL_AMBIENT_AND_DIFFUSE:
-        p_face.ambient = p_color;
-        p_face.diffuse = p_color;
-        break;
-    case AGL_SPECULAR:
-        p_face.specular = p_color;
-        break;
-    default:
-        p_face.emission = p_color;
-        break;
-    }
 }
 
 } // namespace
@@ -97,6 +62,14 @@ EnableBit::Type Agl::BitOf(Token p_capability) const {
         return EnableBit::PointSmooth;
     case AGL_LINE_SMOOTH:
         return EnableBit::LineSmooth;
+    case AGL_LINE_STIPPLE:
+        return EnableBit::LineStipple;
+    case AGL_POLYGON_OFFSET_FILL:
+        return EnableBit::OffsetFill;
+    case AGL_POLYGON_OFFSET_LINE:
+        return EnableBit::OffsetLine;
+    case AGL_POLYGON_OFFSET_POINT:
+        return EnableBit::OffsetPoint;
     case AGL_DEPTH_TEST:
         return EnableBit::DepthTest;
     case AGL_STENCIL_TEST:
@@ -213,6 +186,13 @@ void Agl::LineWidth(float p_pixels) {
     Assign(StateItem::Line, _state.line.width, p_pixels);
 }
 
+void Agl::LineStipple(int p_factor, std::uint16_t p_pattern) {
+    if (CheckOutside("LineStipple")) {
+        Assign(StateItem::Line, _state.line.stippleFactor, static_cast<std::uint32_t>(std::clamp(p_factor, 1, 256)));
+        Assign(StateItem::Line, _state.line.stipplePattern, std::uint32_t(p_pattern));
+    }
+}
+
 void Agl::PolygonMode(Token p_face, Token p_mode) {
     if (!CheckOutside("PolygonMode")) {
         return;
@@ -241,6 +221,18 @@ void Agl::PolygonStipple(unsigned char const* p_pattern) {
         rows[i / 4] = (rows[i / 4] << 8) | p_pattern[i];
     }
     PolygonStipple(rows);
+}
+
+void Agl::PolygonOffset(float p_factor, float p_units) {
+    if (!CheckOutside("PolygonOffset")) {
+        return;
+    }
+    if (!std::isfinite(p_factor) || !std::isfinite(p_units)) {
+        Error("PolygonOffset: factor and units must be finite; nothing is changed.");
+        return;
+    }
+    Assign(StateItem::Polygon, _state.polygon.offsetFactor, p_factor);
+    Assign(StateItem::Polygon, _state.polygon.offsetUnits, p_units);
 }
 
 void Agl::CullFace(Token p_face) {
@@ -356,202 +348,6 @@ void Agl::StencilMask(std::uint32_t p_mask) {
     }
 }
 
-LightState* Agl::FindLight(Token p_light) {
-    if (!CheckOutside("Light")) {
-        return nullptr;
-    }
-    if (p_light < AGL_LIGHT0 || p_light >= AGL_LIGHT0 + LightCount) {
-        ErrorToken("Light", p_light);
-        return nullptr;
-    }
-    return &_state.lights[p_light - AGL_LIGHT0];
-}
-
-void Agl::Light(Token p_light, Token p_parameter, Types::Color4f const& p_color) {
-    LightState* const light = FindLight(p_light);
-    if (light == nullptr) {
-        return;
-    }
-    std::size_t const item = StateItem::Light0 + (p_light - AGL_LIGHT0);
-    switch (p_parameter) {
-    case AGL_AMBIENT:
-        Assign(item, light->ambient, p_color);
-        break;
-    case AGL_DIFFUSE:
-        Assign(item, light->diffuse, p_color);
-        break;
-    case AGL_SPECULAR:
-        Assign(item, light->specular, p_color);
-        break;
-    default:
-        ErrorToken("Light", p_parameter);
-    }
-}
-
-void Agl::Light(Token p_light, Token p_parameter, QColor const& p_color) {
-    Light(p_light, p_parameter, Types::Color4f(p_color));
-}
-
-void Agl::Light(Token p_light, Token p_parameter, Vector4 const& p_position) {
-    LightState* const light = FindLight(p_light);
-    if (light == nullptr) {
-        return;
-    }
-    if (p_parameter != AGL_POSITION) {
-        ErrorToken("Light", p_parameter);
-        return;
-    }
-    Assign(StateItem::Light0 + (p_light - AGL_LIGHT0), light->position, ToFloat(_modelView.back() * p_position));
-}
-
-void Agl::Light(Token p_light, Token p_parameter, Vector3 const& p_direction) {
-    LightState* const light = FindLight(p_light);
-    if (light == nullptr) {
-        return;
-    }
-    if (p_parameter != AGL_SPOT_DIRECTION) {
-        ErrorToken("Light", p_parameter);
-        return;
-    }
-    Types::Vector4_Base<float> const eye = ToFloat(_modelView.back() * Vector4(p_direction, 0));
-    Assign(StateItem::Light0 + (p_light - AGL_LIGHT0), light->spotDirection, eye.XYZ());
-}
-
-void Agl::Light(Token p_light, Token p_parameter, float p_value) {
-    LightState* const light = FindLight(p_light);
-    if (light == nullptr) {
-        return;
-    }
-    std::size_t const item = StateItem::Light0 + (p_light - AGL_LIGHT0);
-    bool const isCutoff = p_parameter == AGL_SPOT_CUTOFF;
-    bool const inRange = isCutoff ? (p_value >= 0 && p_value <= 90) || p_value == 180
-                                  : p_value >= 0 && (p_parameter != AGL_SPOT_EXPONENT || p_value <= 128);
-    if (!inRange) {
-        Error("Light: the value is out of range (spot exponents run from 0 to 128, cutoffs from 0 to 90 or are 180, "
-              "attenuations are not negative); nothing is changed.");
-        return;
-    }
-    switch (p_parameter) {
-    case AGL_SPOT_EXPONENT:
-        Assign(item, light->spotExponent, p_value);
-        break;
-    case AGL_SPOT_CUTOFF:
-        Assign(item, light->spotCutoff, p_value);
-        break;
-    case AGL_CONSTANT_ATTENUATION:
-        Assign(item, light->constantAttenuation, p_value);
-        break;
-    case AGL_LINEAR_ATTENUATION:
-        Assign(item, light->linearAttenuation, p_value);
-        break;
-    case AGL_QUADRATIC_ATTENUATION:
-        Assign(item, light->quadraticAttenuation, p_value);
-        break;
-    default:
-        ErrorToken("Light", p_parameter);
-    }
-}
-
-void Agl::LightModel(Token p_parameter, Types::Color4f const& p_ambient) {
-    if (!CheckOutside("LightModel")) {
-        return;
-    }
-    if (p_parameter != AGL_LIGHT_MODEL_AMBIENT) {
-        ErrorToken("LightModel", p_parameter);
-        return;
-    }
-    Assign(StateItem::LightModel, _state.lightModel.ambient, p_ambient);
-}
-
-void Agl::LightModel(Token p_parameter, bool p_value) {
-    if (!CheckOutside("LightModel")) {
-        return;
-    }
-    switch (p_parameter) {
-    case AGL_LIGHT_MODEL_LOCAL_VIEWER:
-        Assign(StateItem::LightModel, _state.lightModel.localViewer, std::uint32_t(p_value));
-        break;
-    case AGL_LIGHT_MODEL_TWO_SIDE:
-        Assign(StateItem::LightModel, _state.lightModel.twoSide, std::uint32_t(p_value));
-        break;
-    default:
-        ErrorToken("LightModel", p_parameter);
-    }
-}
-
-// Unlike other state, a material may change between Begin and End in OpenGL. Here it may not: vertices carry a colour, and
-// AGL_COLOR_MATERIAL makes it the material's.
-template <class Change>
-void Agl::ChangeMaterial(Token p_face, Change const& p_change) {
-    if (!CheckOutside("Material")) {
-        return;
-    }
-    if (!IsFace(p_face)) {
-        ErrorToken("Material", p_face);
-        return;
-    }
-    Write(StateItem::Material);
-    if (p_face != AGL_BACK) {
-        p_change(_state.material.front);
-    }
-    if (p_face != AGL_FRONT) {
-        p_change(_state.material.back);
-    }
-}
-
-void Agl::Material(Token p_face, Token p_parameter, Types::Color4f const& p_color) {
-    if (!IsOneOf(p_parameter, {AGL_AMBIENT, AGL_DIFFUSE, AGL_AMBIENT_AND_DIFFUSE, AGL_SPECULAR, AGL_EMISSION})) {
-        ErrorToken("Material", p_parameter);
-        return;
-    }
-    ChangeMaterial(p_face, [&](MaterialFace& p_material) { SetMaterialColor(p_material, p_parameter, p_color); });
-}
-
-void Agl::Material(Token p_face, Token p_parameter, QColor const& p_color) {
-    Material(p_face, p_parameter, Types::Color4f(p_color));
-}
-
-void Agl::Material(Token p_face, Token p_parameter, float p_shininess) {
-    if (p_parameter != AGL_SHININESS) {
-        ErrorToken("Material", p_parameter);
-        return;
-    }
-    if (!(p_shininess >= 0 && p_shininess <= 128)) {
-        Error("Material: the shininess must lie between 0 and 128; nothing is changed.");
-        return;
-    }
-    ChangeMaterial(p_face, [&](MaterialFace& p_material) { p_material.shininess = p_shininess; });
-}
-
-void Agl::ColorMaterial(Token p_face, Token p_parameter) {
-    if (!CheckOutside("ColorMaterial")) {
-        return;
-    }
-    bool const isColor =
-        IsOneOf(p_parameter, {AGL_AMBIENT, AGL_DIFFUSE, AGL_AMBIENT_AND_DIFFUSE, AGL_SPECULAR, AGL_EMISSION});
-    if (!IsFace(p_face) || !isColor) {
-        ErrorToken("ColorMaterial", IsFace(p_face) ? p_parameter : p_face);
-        return;
-    }
-    if (TracksColor()) {
-        CommitColorMaterial();
-    }
-    Assign(StateItem::LightModel, _state.lightModel.colorMaterialFace, p_face);
-    Assign(StateItem::LightModel, _state.lightModel.colorMaterialMode, p_parameter);
-}
-
-bool Agl::TracksColor() const {
-    return _state.IsEnabled(EnableBit::ColorMaterial);
-}
-
-// While material colours follow the current colour, shaders read the colour of the draw, so that draws of many colours
-// still merge. The material itself takes the last one when it stops to follow.
-void Agl::CommitColorMaterial() {
-    ChangeMaterial(_state.lightModel.colorMaterialFace, [this](MaterialFace& p_material) {
-        SetMaterialColor(p_material, _state.lightModel.colorMaterialMode, _state.currentColor.color);
-    });
-}
-
 void Agl::ClipPlane(Token p_plane, Vector4 const& p_equation) {
     if (!CheckOutside("ClipPlane")) {
         return;
@@ -567,57 +363,6 @@ void Agl::ClipPlane(Token p_plane, Vector4 const& p_equation) {
     }
     Assign(
         StateItem::ClipPlanes, _state.clipPlanes.planes[p_plane - AGL_CLIP_PLANE0], inverse->Transposed() * p_equation);
-}
-
-void Agl::ActiveTexture(Token p_unit) {
-    if (!CheckOutside("ActiveTexture")) {
-        return;
-    }
-    if (p_unit < AGL_TEXTURE0 || p_unit >= AGL_TEXTURE0 + TextureUnitCount) {
-        ErrorToken("ActiveTexture", p_unit);
-        return;
-    }
-    Assign(StateItem::TextureSelect, _state.textureSelect.activeUnit, std::uint32_t(p_unit - AGL_TEXTURE0));
-}
-
-void Agl::BindTexture(std::shared_ptr<Texture const> const& p_texture) {
-    if (!CheckOutside("BindTexture")) {
-        return;
-    }
-    std::uint32_t const unit = _state.textureSelect.activeUnit;
-    bool const isUsable = p_texture && p_texture->IsValid();
-    if (isUsable) {
-        if (_boundTextures.size() >= MaxForgottenTextures) {
-            std::erase_if(_boundTextures, [](auto const& p_entry) { return p_entry.second.expired(); });
-        }
-        _boundTextures[p_texture->Id()] = p_texture;
-    }
-    Assign(StateItem::Texture0 + unit, _state.textures[unit].texture, isUsable ? p_texture->Id() : std::uint64_t(0));
-}
-
-void Agl::TexEnv(Token p_parameter, Token p_mode) {
-    if (!CheckOutside("TexEnv")) {
-        return;
-    }
-    bool const isMode = IsOneOf(p_mode, {AGL_MODULATE, AGL_REPLACE, AGL_DECAL, AGL_BLEND, AGL_ADD});
-    if (p_parameter != AGL_TEXTURE_ENV_MODE || !isMode) {
-        ErrorToken("TexEnv", isMode ? p_parameter : p_mode);
-        return;
-    }
-    std::uint32_t const unit = _state.textureSelect.activeUnit;
-    Assign(StateItem::Texture0 + unit, _state.textures[unit].environment, p_mode);
-}
-
-void Agl::TexEnv(Token p_parameter, Types::Color4f const& p_color) {
-    if (!CheckOutside("TexEnv")) {
-        return;
-    }
-    if (p_parameter != AGL_TEXTURE_ENV_COLOR) {
-        ErrorToken("TexEnv", p_parameter);
-        return;
-    }
-    std::uint32_t const unit = _state.textureSelect.activeUnit;
-    Assign(StateItem::Texture0 + unit, _state.textures[unit].environmentColor, p_color);
 }
 
 } // namespace Qor::Chart::Ogl

@@ -38,10 +38,21 @@ void CommandList::KeepTexture(std::shared_ptr<Texture const> p_texture) {
     }
 }
 
+void CommandList::Pad() {
+    if (!texCoords.empty()) {
+        texCoords.resize(vertices.size());
+    }
+    if (!stippleStarts.empty()) {
+        stippleStarts.resize(vertices.size());
+    }
+}
+
 void CommandList::Clear() {
     commands.clear();
     instances.clear();
     vertices.clear();
+    texCoords.clear();
+    stippleStarts.clear();
     indices.clear();
     states.clear();
     for (std::vector<std::byte>& versions : _versions) {

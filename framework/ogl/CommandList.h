@@ -26,8 +26,9 @@ struct ImmediateVertex {
     Types::Vector4_Base<float> position;
     Types::Vector3_Base<float> normal;
     Types::Color4f color;
-    std::array<Types::Vector4_Base<float>, TextureUnitCount> texCoords;
 };
+/// The coordinates of such a vertex for each texture unit.
+using ImmediateTexCoords = std::array<Types::Vector4_Base<float>, TextureUnitCount>;
 
 /// A bit for each face that a draw of polygons shows.
 namespace FaceBit {
@@ -43,10 +44,13 @@ struct Command {
     Kind kind = Kind::Draw;
     Pipeline pipeline = Pipeline::Triangles;
     std::uint8_t faces = FaceBit::Both;
+    bool hasNormals = false; ///< vertices have normals
+    bool hasColors = false; ///< vertices have colours of their own beside that of the draw
     std::uint32_t state = 0; ///< number of the state key
     std::uint32_t first = 0; ///< first instance, or first immediate index
     std::uint32_t count = 0; ///< instances, or immediate indices
     Token clearMask = 0; ///< buffers to clear
+    std::uint32_t colorInstance = 0; ///< the instance with the colour of an immediate draw that has colours of its own
     PrimitiveBuffer const* buffer = nullptr;
     Shader const* shader = nullptr;
 };
@@ -68,6 +72,9 @@ public:
     std::vector<Command> commands;
     std::vector<Instance> instances;
     std::vector<ImmediateVertex> vertices;
+    /// For the vertices of the same numbers; shorter when the last ones need none, and empty when none does.
+    std::vector<ImmediateTexCoords> texCoords;
+    std::vector<float> stippleStarts; ///< likewise: pixels that the line pattern has gone when a line starts there
     std::vector<std::uint32_t> indices; ///< into vertices
     std::vector<StateKey> states;
 
@@ -86,6 +93,8 @@ public:
     Texture const* FindTexture(std::uint64_t p_id) const;
     void KeepTexture(std::shared_ptr<Texture const> p_texture);
 
+    /// Makes those arrays that go with the vertices as long as these, unless they are empty.
+    void Pad();
     bool IsEmpty() const { return commands.empty(); }
     void Clear();
 

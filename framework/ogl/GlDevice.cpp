@@ -11,6 +11,10 @@ namespace {
 
 /// Size of a buffer that is only there to be found again; no host makes one of this size.
 constexpr GLsizeiptr MarkerSize = 7919;
+/// Ways to read textures that are kept; a program that animates one must not fill the memory.
+constexpr std::size_t MaxSamplers = 64;
+// The same in all extensions for it, and in OpenGL 4.6.
+constexpr GLenum TextureMaxAnisotropy = 0x84FE, MaxTextureMaxAnisotropy = 0x84FF;
 
 std::string Text(GLenum p_name) {
     auto const* const text = reinterpret_cast<char const*>(glGetString(p_name));
@@ -44,16 +48,39 @@ std::array<AttributeArray, AttributeInfo::Count> AttributeArrays(VertexData cons
     auto const array = [](GLuint p_location, GLint p_components, auto const& p_values) {
         return AttributeArray{p_location, p_components, p_values.data(), static_cast<std::size_t>(SizeOf(p_values))};
     };
-    return {array(AttributeLocation::Position, 3, p_data.positions),
-        array(AttributeLocation::Normal, 3, p_data.normals), array(AttributeLocation::Color, 4, p_data.colors),
-        array(AttributeLocation::TexCoord0, 4, p_data.texCoords[0]),
-        array(AttributeLocation::TexCoord0 + 1, 4, p_data.texCoords[1])};
+    std::array<AttributeArray, AttributeInfo::Count> arrays = {array(AttributeLocation::Position, 3, p_data.positions),
+        array(AttributeLocation::Normal, 3, p_data.normals), array(AttributeLocation::Color, 4, p_data.colors)};
+    for (GLuint unit = 0; unit < TextureUnitCount; ++unit) {
+        arrays[AttributeInfo::TexCoord0 + unit] = array(AttributeLocation::TexCoord0 + unit, 4, p_data.texCoords[unit]);
+    }
+    return arrays;
+}
+
+/// Sets how a texture object or a sampler object is read with p_setInteger, p_setFloat and p_setFloats.
+template <class SetInteger, class SetFloat, class SetFloats>
+void SetSampling(TextureSampling const& p_sampling, float p_maxAnisotropy, SetInteger const& p_setInteger,
+    SetFloat const& p_setFloat, SetFloats const& p_setFloats) {
+    p_setInteger(GL_TEXTURE_MIN_FILTER, static_cast<GLint>(p_sampling.minification));
+    p_setInteger(GL_TEXTURE_MAG_FILTER, static_cast<GLint>(p_sampling.magnification));
+    p_setInteger(GL_TEXTURE_WRAP_S, static_cast<GLint>(p_sampling.wrapS));
+    p_setInteger(GL_TEXTURE_WRAP_T, static_cast<GLint>(p_sampling.wrapT));
+    Types::Color4f const& border = p_sampling.borderColor;
+    std::array<GLfloat, 4> const color = {border.red, border.green, border.blue, border.alpha};
+    p_setFloats(GL_TEXTURE_BORDER_COLOR, color.data());
+    p_setFloat(GL_TEXTURE_LOD_BIAS, p_sampling.lodBias);
+    if (p_maxAnisotropy > 1) {
+        p_setFloat(TextureMaxAnisotropy, std::clamp(p_sampling.maxAnisotropy, 1.0F, p_maxAnisotropy));
+    }
+}
+
+void SetArrayEnabled(GLuint p_location, bool p_on) {
+    p_on ? glEnableVertexAttribArray(p_location) : glDisableVertexAttribArray(p_location);
 }
 
 /// What the driver makes of the indices that a pipeline reads.
 GLenum ModeOf(Pipeline p_pipeline) {
     constexpr std::array<GLenum, PipelineCount> modes = {
-        GL_POINTS, GL_LINES, GL_TRIANGLES, GL_LINES_ADJACENCY, GL_LINES_ADJACENCY};
+        GL_POINTS, GL_LINES, GL_TRIANGLES, GL_LINES_ADJACENCY, GL_LINES_ADJACENCY, GL_TRIANGLES};
     return modes[static_cast<std::size_t>(p_pipeline)];
 }
 
@@ -86,6 +113,9 @@ GlDevice::GlDevice(std::shared_ptr<Graveyard> p_graveyard)
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &maxTexture);
     glGetFloatv(GL_POINT_SIZE_RANGE, pointSizes);
     glGetIntegerv(GL_MAX_SAMPLES, &samples);
+    if (epoxy_has_gl_extension("GL_EXT_texture_filter_anisotropic") || epoxy_gl_version() >= 46) {
+        glGetFloatv(MaxTextureMaxAnisotropy, &_maxAnisotropy);
+    }
     _features.maxTextureSize = static_cast<unsigned>(std::max(maxTexture, 64));
     _features.maxPointSize = pointSizes[1];
     _features.vendor = Text(GL_VENDOR);
@@ -104,26 +134,33 @@ GlDevice::GlDevice(std::shared_ptr<Graveyard> p_graveyard)
     glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &vertexArray);
     glBindBuffer(GL_ARRAY_BUFFER, _marker);
     glBufferData(GL_ARRAY_BUFFER, MarkerSize, nullptr, GL_STATIC_DRAW);
-    MakeImmediateArray();
+    for (GLuint* const buffer : {&_immediateVertices, &_immediateTexCoords, &_immediateStarts, &_immediateIndices}) {
+        *buffer = MakeBuffer();
+    }
+    _immediateArray = MakeImmediateArray(AttributeLocation::CurrentColor);
+    _ownColorsArray = MakeImmediateArray(AttributeLocation::Color);
     glBindVertexArray(static_cast<GLuint>(vertexArray));
     glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(arrayBuffer));
 }
 
-void GlDevice::MakeImmediateArray() {
-    _immediateVertices = MakeBuffer();
-    _immediateIndices = MakeBuffer();
-    glGenVertexArrays(1, &_immediateArray);
-    glBindVertexArray(_immediateArray);
-    glBindBuffer(GL_ARRAY_BUFFER, _immediateVertices);
+GLuint GlDevice::MakeImmediateArray(GLuint p_colorLocation) const {
+    GLuint name = 0;
+    glGenVertexArrays(1, &name);
+    glBindVertexArray(name);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _immediateIndices);
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateVertices);
     constexpr GLsizei stride = sizeof(ImmediateVertex);
     SetAttribute(AttributeLocation::Position, 4, stride, offsetof(ImmediateVertex, position));
     SetAttribute(AttributeLocation::Normal, 3, stride, offsetof(ImmediateVertex, normal));
-    SetAttribute(AttributeLocation::CurrentColor, 4, stride, offsetof(ImmediateVertex, color));
+    SetAttribute(p_colorLocation, 4, stride, offsetof(ImmediateVertex, color));
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateTexCoords);
     for (GLuint i = 0; i < TextureUnitCount; ++i) {
-        SetAttribute(AttributeLocation::TexCoord0 + i, 4, stride,
-            offsetof(ImmediateVertex, texCoords) + i * sizeof(Types::Vector4_Base<float>));
+        SetAttribute(AttributeLocation::TexCoord0 + i, 4, sizeof(ImmediateTexCoords),
+            i * sizeof(ImmediateTexCoords::value_type));
     }
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateStarts);
+    SetAttribute(AttributeLocation::StippleStart, 1, sizeof(float), 0);
+    return name;
 }
 
 bool GlDevice::IsIntact() const {
@@ -200,12 +237,24 @@ GlShape& GlDevice::Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, s
     return shape;
 }
 
-GLuint GlDevice::TextureName(Texture const& p_texture, std::uint64_t& p_bytes) {
-    auto const [entry, isNew] = _textures.try_emplace(p_texture.Id(), 0);
-    if (!isNew) {
-        return entry->second;
+GLuint GlDevice::TextureName(Texture const& p_texture, bool p_needsMipmaps, std::uint64_t& p_bytes) {
+    auto const [entry, isNew] = _textures.try_emplace(p_texture.Id());
+    TextureObject& object = entry->second;
+    if (isNew) {
+        p_texture.NotifyWhenGone(_graveyard);
+        glGenTextures(1, &object.name);
+        glBindTexture(GL_TEXTURE_2D, object.name);
+        SendTexture(p_texture, p_bytes);
     }
-    p_texture.NotifyWhenGone(_graveyard);
+    if (!object.hasMipmaps && (p_needsMipmaps || p_texture.Sampling().NeedsMipmaps())) {
+        glBindTexture(GL_TEXTURE_2D, object.name);
+        glGenerateMipmap(GL_TEXTURE_2D);
+        object.hasMipmaps = true;
+    }
+    return object.name;
+}
+
+void GlDevice::SendTexture(Texture const& p_texture, std::uint64_t& p_bytes) const {
     QImage image = p_texture.Image();
     int const limit = static_cast<int>(_features.maxTextureSize);
     if (image.width() > limit || image.height() > limit) {
@@ -218,20 +267,31 @@ GLuint GlDevice::TextureName(Texture const& p_texture, std::uint64_t& p_bytes) {
             Qt::SmoothTransformation);
         image = image.convertToFormat(QImage::Format_RGBA8888);
     }
-    TextureSampling const& sampling = p_texture.Sampling();
-    glGenTextures(1, &entry->second);
-    glBindTexture(GL_TEXTURE_2D, entry->second);
     glTexImage2D(
         GL_TEXTURE_2D, 0, GL_RGBA8, image.width(), image.height(), 0, GL_RGBA, GL_UNSIGNED_BYTE, image.constBits());
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(sampling.minification));
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, static_cast<GLint>(sampling.magnification));
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, static_cast<GLint>(sampling.wrapS));
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, static_cast<GLint>(sampling.wrapT));
-    if (sampling.minification == Tokens::AGL_LINEAR_MIPMAP_LINEAR) {
-        glGenerateMipmap(GL_TEXTURE_2D);
-    }
+    SetSampling(
+        p_texture.Sampling(), _maxAnisotropy,
+        [](GLenum p_name, GLint p_value) { glTexParameteri(GL_TEXTURE_2D, p_name, p_value); },
+        [](GLenum p_name, GLfloat p_value) { glTexParameterf(GL_TEXTURE_2D, p_name, p_value); },
+        [](GLenum p_name, GLfloat const* p_values) { glTexParameterfv(GL_TEXTURE_2D, p_name, p_values); });
     p_bytes += static_cast<std::uint64_t>(image.sizeInBytes());
-    return entry->second;
+}
+
+GLuint GlDevice::SamplerName(TextureSampling const& p_sampling) {
+    auto const found = std::find_if(
+        _samplers.begin(), _samplers.end(), [&](auto const& p_entry) { return p_entry.first == p_sampling; });
+    if (found != _samplers.end()) {
+        return found->second;
+    }
+    GLuint name = 0;
+    glGenSamplers(1, &name);
+    SetSampling(
+        p_sampling, _maxAnisotropy,
+        [name](GLenum p_name, GLint p_value) { glSamplerParameteri(name, p_name, p_value); },
+        [name](GLenum p_name, GLfloat p_value) { glSamplerParameterf(name, p_name, p_value); },
+        [name](GLenum p_name, GLfloat const* p_values) { glSamplerParameterfv(name, p_name, p_values); });
+    _samplers.emplace_back(p_sampling, name);
+    return name;
 }
 
 GlProgram const& GlDevice::Program(
@@ -244,6 +304,17 @@ GlProgram const& GlDevice::Program(
 
 void GlDevice::BeginDrawing() {
     _boundArray = 0;
+    glVertexAttrib1f(AttributeLocation::StippleStart, 0);
+    if (_samplers.size() > MaxSamplers) {
+        DeleteSamplers();
+    }
+}
+
+void GlDevice::DeleteSamplers() {
+    for (auto const& [sampling, name] : _samplers) {
+        glDeleteSamplers(1, &name);
+    }
+    _samplers.clear();
 }
 
 void GlDevice::BindArray(GLuint p_vertexArray) {
@@ -258,12 +329,27 @@ void GlDevice::SendInstances(std::vector<Instance> const& p_instances) const {
     glBufferData(GL_ARRAY_BUFFER, SizeOf(p_instances), p_instances.data(), GL_STREAM_DRAW);
 }
 
-void GlDevice::SendImmediate(
-    std::vector<ImmediateVertex> const& p_vertices, std::vector<std::uint32_t> const& p_indices) {
-    BindArray(_immediateArray);
-    glBindBuffer(GL_ARRAY_BUFFER, _immediateVertices);
-    glBufferData(GL_ARRAY_BUFFER, SizeOf(p_vertices), p_vertices.data(), GL_STREAM_DRAW);
-    glBufferData(GL_ELEMENT_ARRAY_BUFFER, SizeOf(p_indices), p_indices.data(), GL_STREAM_DRAW);
+// Arrays that no draw of the list reads are empty, and then they must be off.
+void GlDevice::SendImmediate(CommandList const& p_list) {
+    auto const send = [](GLenum p_target, GLuint p_buffer, auto const& p_values) {
+        glBindBuffer(p_target, p_buffer);
+        glBufferData(p_target, SizeOf(p_values), p_values.data(), GL_STREAM_DRAW);
+    };
+    for (GLuint const array : {_ownColorsArray, _immediateArray}) {
+        BindArray(array);
+        for (GLuint i = 0; i < TextureUnitCount; ++i) {
+            SetArrayEnabled(AttributeLocation::TexCoord0 + i, !p_list.texCoords.empty());
+        }
+        SetArrayEnabled(AttributeLocation::StippleStart, !p_list.stippleStarts.empty());
+    }
+    send(GL_ARRAY_BUFFER, _immediateVertices, p_list.vertices);
+    if (!p_list.texCoords.empty()) {
+        send(GL_ARRAY_BUFFER, _immediateTexCoords, p_list.texCoords);
+    }
+    if (!p_list.stippleStarts.empty()) {
+        send(GL_ARRAY_BUFFER, _immediateStarts, p_list.stippleStarts);
+    }
+    send(GL_ELEMENT_ARRAY_BUFFER, _immediateIndices, p_list.indices);
 }
 
 void GlDevice::SendUniforms(std::vector<std::byte> const& p_bytes) const {
@@ -300,8 +386,12 @@ void GlDevice::DrawShape(
     }
 }
 
-void GlDevice::DrawImmediate(Pipeline p_pipeline, std::uint32_t p_firstIndex, std::uint32_t p_indices) {
-    BindArray(_immediateArray);
+void GlDevice::DrawImmediate(
+    Pipeline p_pipeline, std::uint32_t p_firstIndex, std::uint32_t p_indices, Types::Color4f const* p_color) {
+    BindArray(p_color != nullptr ? _ownColorsArray : _immediateArray);
+    if (p_color != nullptr) {
+        glVertexAttrib4f(AttributeLocation::CurrentColor, p_color->red, p_color->green, p_color->blue, p_color->alpha);
+    }
     glVertexAttrib4f(AttributeLocation::Row0, 1, 0, 0, 0);
     glVertexAttrib4f(AttributeLocation::Row0 + 1, 0, 1, 0, 0);
     glVertexAttrib4f(AttributeLocation::Row0 + 2, 0, 0, 1, 0);
@@ -328,7 +418,7 @@ void GlDevice::Collect() {
             DeleteBuffer(vertices->second);
             _vertices.erase(vertices);
         } else if (auto const texture = _textures.find(id); texture != _textures.end()) {
-            glDeleteTextures(1, &texture->second);
+            glDeleteTextures(1, &texture->second.name);
             _textures.erase(texture);
         } else {
             _programs.Delete(id);
@@ -345,13 +435,16 @@ void GlDevice::DeleteAll() {
         DeleteBuffer(vertices);
     }
     for (auto const& [id, texture] : _textures) {
-        glDeleteTextures(1, &texture);
+        glDeleteTextures(1, &texture.name);
     }
+    DeleteSamplers();
     _programs.DeleteAll();
-    for (GLuint* const buffer : {&_marker, &_instances, &_uniforms, &_immediateVertices, &_immediateIndices}) {
+    for (GLuint* const buffer : {&_marker, &_instances, &_uniforms, &_immediateVertices, &_immediateTexCoords,
+             &_immediateStarts, &_immediateIndices}) {
         DeleteBuffer(*buffer);
     }
     glDeleteVertexArrays(1, &_immediateArray);
+    glDeleteVertexArrays(1, &_ownColorsArray);
 }
 
 } // namespace Qor::Chart::Ogl

@@ -16,6 +16,7 @@
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Qor::Chart::Ogl {
@@ -44,7 +45,9 @@ public:
 
     /// The shape with its indices for the pipeline; p_bytes grows by what had to be sent.
     GlShape& Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, std::uint64_t& p_bytes);
-    GLuint TextureName(Texture const& p_texture, std::uint64_t& p_bytes);
+    /// The texture with its smaller images, if those are needed. May bind it to the active unit.
+    GLuint TextureName(Texture const& p_texture, bool p_needsMipmaps, std::uint64_t& p_bytes);
+    GLuint SamplerName(TextureSampling const& p_sampling);
     bool HasProgramOf(Shader const& p_shader) const { return _programs.Knows(p_shader.Id()); }
     GlProgram const& Program(
         Shader const& p_shader, ProgramVariant const& p_variant, std::vector<std::string>& p_errors);
@@ -53,12 +56,14 @@ public:
     void BeginDrawing();
     /// Sends what changes from flush to flush.
     void SendInstances(std::vector<Instance> const& p_instances) const;
-    void SendImmediate(std::vector<ImmediateVertex> const& p_vertices, std::vector<std::uint32_t> const& p_indices);
+    void SendImmediate(CommandList const& p_list);
     void SendUniforms(std::vector<std::byte> const& p_bytes) const;
     /// Draw instances of a shape and immediate vertices with the program and the state in force. The shape must have been
     /// asked for with that pipeline.
     void DrawShape(GlShape& p_shape, Pipeline p_pipeline, std::uint32_t p_firstInstance, std::uint32_t p_instances);
-    void DrawImmediate(Pipeline p_pipeline, std::uint32_t p_firstIndex, std::uint32_t p_indices);
+    /// p_color is the colour of the draw when its vertices have colours of their own, else nullptr.
+    void DrawImmediate(
+        Pipeline p_pipeline, std::uint32_t p_firstIndex, std::uint32_t p_indices, Types::Color4f const* p_color);
     void BindUniforms(GLuint p_block, std::size_t p_offset, std::size_t p_size) const;
     std::size_t UniformAlignment() const { return _uniformAlignment; }
 
@@ -68,10 +73,17 @@ public:
     void DeleteAll();
 
 private:
-    void MakeImmediateArray();
+    struct TextureObject {
+        GLuint name = 0;
+        bool hasMipmaps = false;
+    };
+
+    GLuint MakeImmediateArray(GLuint p_colorLocation) const;
+    void SendTexture(Texture const& p_texture, std::uint64_t& p_bytes) const;
     void BindArray(GLuint p_vertexArray);
     void PointAtInstance(std::size_t p_firstInstance) const;
     GLuint VertexObject(VertexBuffer const& p_vertices, std::uint64_t& p_bytes);
+    void DeleteSamplers();
     void DeleteShape(GlShape const& p_shape);
 
     std::shared_ptr<Graveyard> _graveyard;
@@ -80,16 +92,21 @@ private:
     bool _hasBaseInstance = false; ///< draws can start at an instance (OpenGL 4.2)
     GLuint _boundArray = 0;
     std::size_t _uniformAlignment = 256;
+    float _maxAnisotropy = 1;
     GLuint _marker = 0;
     GLuint _instances = 0;
     GLuint _uniforms = 0;
-    GLuint _immediateArray = 0;
+    GLuint _immediateArray = 0; ///< its colours are those of the draw
+    GLuint _ownColorsArray = 0; ///< its colours are those of the vertices
     GLuint _immediateVertices = 0;
+    GLuint _immediateTexCoords = 0;
+    GLuint _immediateStarts = 0;
     GLuint _immediateIndices = 0;
     GlPrograms _programs;
     std::unordered_map<std::uint64_t, GlShape> _shapes;
     std::unordered_map<std::uint64_t, GLuint> _vertices;
-    std::unordered_map<std::uint64_t, GLuint> _textures;
+    std::unordered_map<std::uint64_t, TextureObject> _textures;
+    std::vector<std::pair<TextureSampling, GLuint>> _samplers;
     std::vector<std::uint64_t> _dead;
 };
 

@@ -109,6 +109,8 @@ void GlHostState::Capture(bool p_compatibility) {
     glGetFloatv(GL_COLOR_CLEAR_VALUE, _clearColor.data());
     glGetFloatv(GL_DEPTH_RANGE, _depthRange.data());
     glGetFloatv(GL_DEPTH_CLEAR_VALUE, &_clearDepth);
+    glGetFloatv(GL_POLYGON_OFFSET_FACTOR, &_offsetFactor);
+    glGetFloatv(GL_POLYGON_OFFSET_UNITS, &_offsetUnits);
     glGetFloatv(GL_LINE_WIDTH, &_lineWidth);
     glGetFloatv(GL_POINT_SIZE, &_pointSize);
     _clearStencil = Get(GL_STENCIL_CLEAR_VALUE);
@@ -191,6 +193,7 @@ void GlHostState::Restore() const {
     glClearColor(_clearColor[0], _clearColor[1], _clearColor[2], _clearColor[3]);
     glDepthRange(static_cast<GLdouble>(_depthRange[0]), static_cast<GLdouble>(_depthRange[1]));
     glClearDepth(static_cast<GLdouble>(_clearDepth));
+    glPolygonOffset(_offsetFactor, _offsetUnits);
     glLineWidth(_lineWidth);
     glPointSize(_pointSize);
     glClearStencil(_clearStencil);

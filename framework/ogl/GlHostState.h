@@ -18,8 +18,8 @@ public:
 
 private:
     static constexpr std::size_t CapabilityCount = 33;
-    static constexpr std::size_t UnitCount = 2;
-    static constexpr std::size_t BlockCount = 2;
+    static constexpr std::size_t UnitCount = 4;
+    static constexpr std::size_t BlockCount = 3;
 
     struct Stencil {
         GLint function = 0, reference = 0, valueMask = 0, writeMask = 0, fail = 0, depthFail = 0, depthPass = 0;
@@ -45,6 +45,7 @@ private:
     std::array<GLboolean, 4> _colorMask{};
     std::array<GLfloat, 4> _clearColor{};
     std::array<GLfloat, 2> _depthRange{};
+    GLfloat _offsetFactor = 0, _offsetUnits = 0;
     GLfloat _clearDepth = 1, _lineWidth = 1, _pointSize = 1;
     GLint _clearStencil = 0, _depthFunction = 0, _cullFace = 0, _frontFace = 0, _provokingVertex = 0;
     std::array<GLint, 2> _polygonMode{};

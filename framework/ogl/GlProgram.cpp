@@ -20,7 +20,6 @@ layout(std140) uniform Scene {
     vec4 viewport;
     vec4 clipPlanes[8];
     LightSource lights[8];
-    mat4 textureMatrices[2];
     uvec4 stipple[8];
 };
 layout(std140) uniform Draw {
@@ -28,11 +27,19 @@ layout(std140) uniform Draw {
     vec4 sceneAmbient;
     vec4 perspectiveRow;
     vec4 sizes;
-    vec4 environmentColors[2];
+    vec4 offset;
     ivec4 modes;
     ivec4 colorFaces;
-    ivec4 environment;
 };
+#if UNITS > 0
+layout(std140) uniform Texturing {
+    mat4 textureMatrices[4];
+    vec4 environmentColors[4];
+    ivec4 environment;
+    uvec4 combineRgb;
+    uvec4 combineAlpha;
+};
+#endif
 )";
 
 // What goes from stage to stage. Flat colours need no interpolation when the geometry stage has picked them.
@@ -47,8 +54,8 @@ constexpr char const* Varyings = R"(
 #else
 #define SHADING smooth
 #endif
-#ifdef TEXTURED
-#define TEXTURE_VARYINGS vec4 tex0; vec4 tex1;
+#if UNITS > 0
+#define TEXTURE_VARYINGS vec4 tex[UNITS];
 #else
 #define TEXTURE_VARYINGS
 #endif
@@ -58,8 +65,14 @@ constexpr char const* Varyings = R"(
 #else
 #define CLIP_VARYINGS
 #endif
+#if defined(STIPPLED) && !defined(TRIANGLES)
+#define DASHED
+#define DASH_VARYINGS float dashStart;
+#else
+#define DASH_VARYINGS
+#endif
 #ifdef GEOMETRY
-#define FIRST_VARYINGS FRAGMENT_VARYINGS CLIP_VARYINGS
+#define FIRST_VARYINGS FRAGMENT_VARYINGS CLIP_VARYINGS DASH_VARYINGS
 #else
 #define FIRST_VARYINGS FRAGMENT_VARYINGS
 #endif
@@ -69,12 +82,12 @@ constexpr char const* VertexFrame = R"(
 layout(location = 0) in vec4 position;
 layout(location = 1) in vec3 vertexNormal;
 layout(location = 2) in vec4 vertexColor;
-layout(location = 3) in vec4 texCoord0;
-layout(location = 4) in vec4 texCoord1;
-layout(location = 5) in vec4 row0;
-layout(location = 6) in vec4 row1;
-layout(location = 7) in vec4 row2;
-layout(location = 8) in vec4 currentColor;
+layout(location = 3) in vec4 texCoord[4];
+layout(location = 7) in vec4 row0;
+layout(location = 8) in vec4 row1;
+layout(location = 9) in vec4 row2;
+layout(location = 10) in vec4 currentColor;
+layout(location = 11) in float stippleStart;
 out FIRST_BLOCK { FIRST_VARYINGS } result;
 #if defined(CLIPPED) && !defined(GEOMETRY)
 out float gl_ClipDistance[8];
@@ -177,9 +190,11 @@ void main() {
     Shade(eye, EyeNormal(), HAS_COLORS ? vertexColor : currentColor, front, back);
     result.front = front;
     result.back = back;
-#ifdef TEXTURED
-    result.tex0 = textureMatrices[0] * texCoord0;
-    result.tex1 = textureMatrices[1] * texCoord1;
+#if UNITS > 0
+    for (int i = 0; i < UNITS; ++i) { result.tex[i] = textureMatrices[i] * texCoord[i]; }
+#endif
+#ifdef DASHED
+    result.dashStart = stippleStart;
 #endif
 #ifdef CLIPPED
     float distances[8];
@@ -211,13 +226,18 @@ layout(lines_adjacency) in;
 #endif
 #ifdef CORNERS
 layout(points, max_vertices = 1) out;
+#elif !defined(EXPANDED)
+layout(line_strip, max_vertices = 2) out;
 #else
 layout(triangle_strip, max_vertices = 4) out;
 #endif
 in FIRST_BLOCK { FIRST_VARYINGS } source[];
 out Rasterised { FRAGMENT_VARYINGS } result;
 #ifdef SMOOTH
-noperspective out float across;
+noperspective out vec3 away; // pixels from the line to the side, and from its two ends
+#endif
+#ifdef DASHED
+flat out vec4 dash;
 #endif
 uniform int faces;
 
@@ -228,6 +248,19 @@ float Winding(vec4 a, vec4 b, vec4 c) {
 
 bool IsFront(float winding) {
     return (faces & 4) != 0 ? winding <= 0.0 : winding >= 0.0;
+}
+
+// What a polygon's offset adds to its device depths: the larger of its slopes, and a constant.
+float Offset(vec4 a, vec4 b, vec4 c) {
+#ifdef OFFSET
+    if (min(a.w, min(b.w, c.w)) <= 0.0) { return 0.0; }
+    vec3 origin = a.xyz / a.w;
+    vec3 normal = cross(b.xyz / b.w - origin, c.xyz / c.w - origin);
+    vec2 slope = normal.z != 0.0 ? abs(normal.xy / normal.z) * 2.0 / viewport.zw : vec2(0.0);
+    return offset.x * max(slope.x, slope.y) + offset.y;
+#else
+    return 0.0;
+#endif
 }
 
 #ifdef CLIPPED
@@ -251,17 +284,17 @@ void main() {
     bool isFront = IsFront(Winding(gl_in[0].gl_Position, gl_in[1].gl_Position, gl_in[2].gl_Position));
     if ((faces & (isFront ? 1 : 2)) == 0) { return; }
     gl_Position = gl_in[0].gl_Position;
+    gl_Position.z += gl_Position.w * Offset(gl_in[0].gl_Position, gl_in[1].gl_Position, gl_in[2].gl_Position);
 #ifdef SMOOTH
     gl_PointSize = sizes.x + 2.0;
-    across = 0.0;
+    away = vec3(0.0);
 #else
     gl_PointSize = max(floor(sizes.x + 0.5), 1.0);
 #endif
     result.front = ColorOf(0, isFront);
     result.back = result.front;
-#ifdef TEXTURED
-    result.tex0 = source[0].tex0;
-    result.tex1 = source[0].tex1;
+#if UNITS > 0
+    result.tex = source[0].tex;
 #endif
 #ifdef CLIPPED
     Clip(source[0].clip0, source[0].clip1);
@@ -286,30 +319,69 @@ void Cut(float a, float b, inout vec2 t) {
     else if (b < 0.0) { t.y = min(t.y, a / (a - b)); }
 }
 
-void Emit(float t, vec2 offset, float side, bool isFront) {
+void Emit(float t, vec2 shift, float depth, vec3 from, bool isFront) {
     vec4 end = mix(gl_in[A].gl_Position, gl_in[B].gl_Position, t);
-    gl_Position = vec4(end.xy + offset * end.w, end.zw);
+    gl_Position = vec4(end.xy + shift * end.w, end.z + depth * end.w, end.w);
     result.front = mix(ColorOf(A, isFront), ColorOf(B, isFront), t);
     result.back = result.front;
-#ifdef TEXTURED
-    result.tex0 = mix(source[A].tex0, source[B].tex0, t);
-    result.tex1 = mix(source[A].tex1, source[B].tex1, t);
+#if UNITS > 0
+    for (int i = 0; i < UNITS; ++i) { result.tex[i] = mix(source[A].tex[i], source[B].tex[i], t); }
 #endif
 #ifdef CLIPPED
     Clip(mix(source[A].clip0, source[B].clip0, t), mix(source[A].clip1, source[B].clip1, t));
 #endif
 #ifdef SMOOTH
-    across = side;
+    away = from;
 #endif
     EmitVertex();
 }
 
+// A point of the window as if the line ran flat and towards growing x.
+vec2 Turned(vec2 point, vec2 along) {
+    bool isSteep = abs(along.x) < abs(along.y);
+    vec2 turned = isSteep ? point.yx : point;
+    turned.x *= (isSteep ? along.y : along.x) < 0.0 ? -1.0 : 1.0;
+    return turned;
+}
+
+// The first column that a line towards growing x draws when it comes by a point: that of the point, unless the line has left
+// the diamond in it already.
+float FirstColumn(vec2 point) {
+    vec2 beyond = fract(point) - 0.5;
+    return floor(point.x) + (beyond.x <= 0.0 || beyond.x + abs(beyond.y) < 0.5 ? 0.0 : 1.0);
+}
+
+// How fragments find their place along a line: the product of the first two components with their window position, less the
+// third, plus the fourth.
+vec4 Dash(vec2 start, vec2 along) {
+#ifdef DASHED
+#ifdef SMOOTH
+    vec2 unit = length(along) > 0.0 ? normalize(along) : vec2(1.0, 0.0);
+    return vec4(unit, dot(unit, start), source[A].dashStart);
+#else
+    bool isSteep = abs(along.x) < abs(along.y);
+    float direction = (isSteep ? along.y : along.x) < 0.0 ? -1.0 : 1.0;
+    return vec4(isSteep ? vec2(0.0, direction) : vec2(direction, 0.0), FirstColumn(Turned(start, along)),
+        source[A].dashStart);
+#endif
+#else
+    return vec4(0.0);
+#endif
+}
+
 void main() {
     bool isFront = true;
+    float depth = 0.0;
 #ifndef LINES
     isFront = IsFront(Winding(gl_in[A].gl_Position, gl_in[B].gl_Position, gl_in[0].gl_Position));
     if ((faces & (isFront ? 1 : 2)) == 0) { return; }
+    depth = Offset(gl_in[A].gl_Position, gl_in[B].gl_Position, gl_in[0].gl_Position);
 #endif
+#if !defined(EXPANDED) && !defined(DASHED)
+    Emit(0.0, vec2(0.0), depth, vec3(0.0), isFront);
+    Emit(1.0, vec2(0.0), depth, vec3(0.0), isFront);
+    EndPrimitive();
+#else
     vec4 a = gl_in[A].gl_Position;
     vec4 b = gl_in[B].gl_Position;
     vec2 t = vec2(0.0, 1.0);
@@ -321,20 +393,45 @@ void main() {
     if (first.w <= 0.0 || last.w <= 0.0) { return; }
     vec2 pixel = 2.0 / viewport.zw;
     vec2 along = (last.xy / last.w - first.xy / first.w) / pixel;
+#ifdef DASHED
+    vec4 place = Dash(viewport.xy + (first.xy / first.w + 1.0) / pixel, along);
+    #define EMIT(t, shift, from) dash = place; Emit(t, shift, depth, from, isFront)
+#else
+    #define EMIT(t, shift, from) Emit(t, shift, depth, from, isFront)
+#endif
+#ifdef EXPANDED
+    vec2 ends;
+    float size = length(along);
 #ifdef SMOOTH
     float extent = 0.5 * sizes.y + 0.5;
-    vec2 unit = length(along) > 0.0 ? normalize(along) : vec2(1.0, 0.0);
-    vec2 offset = vec2(-unit.y, unit.x) * extent * pixel;
+    vec2 unit = size > 0.0 ? along / size : vec2(1.0, 0.0);
+    vec2 shift = vec2(-unit.y, unit.x) * extent * pixel;
+    ends = size > 0.0 ? vec2(-0.5, size + 0.5) / size : vec2(0.0, 1.0);
 #else
-    // As wide in y as the line is, or in x where it is steep: that is how OpenGL rasterises wide lines.
+    // As wide in y as the line is, or in x where it is steep, and whole columns long: that is how OpenGL rasterises wide
+    // lines.
     float extent = 0.5 * max(floor(sizes.y + 0.5), 1.0);
-    vec2 offset = (abs(along.x) > abs(along.y) ? vec2(0.0, extent) : vec2(extent, 0.0)) * pixel;
+    bool isSteep = abs(along.x) < abs(along.y);
+    vec2 shift = (isSteep ? vec2(extent, 0.0) : vec2(0.0, extent)) * pixel;
+    vec2 start = viewport.xy + (first.xy / first.w + 1.0) / pixel;
+    float low = FirstColumn(Turned(start, along));
+    float high = FirstColumn(Turned(start + along, along));
+    if (high <= low) { return; }
+    ends = (vec2(low, high) - Turned(start, along).x) / max(abs(along.x), abs(along.y));
 #endif
-    Emit(t.x, offset, extent, isFront);
-    Emit(t.x, -offset, -extent, isFront);
-    Emit(t.y, offset, extent, isFront);
-    Emit(t.y, -offset, -extent, isFront);
+    // From places in the window to places between the two ends of the line, which perspective moves.
+    ends = ends * first.w / (ends * first.w + (1.0 - ends) * last.w);
+    t = mix(t.xx, t.yy, ends);
+    EMIT(t.x, shift, vec3(extent, -0.5, size + 0.5));
+    EMIT(t.x, -shift, vec3(-extent, -0.5, size + 0.5));
+    EMIT(t.y, shift, vec3(extent, size + 0.5, -0.5));
+    EMIT(t.y, -shift, vec3(-extent, size + 0.5, -0.5));
+#else
+    EMIT(0.0, vec2(0.0), vec3(0.0));
+    EMIT(1.0, vec2(0.0), vec3(0.0));
+#endif
     EndPrimitive();
+#endif
 }
 #endif
 )";
@@ -342,11 +439,15 @@ void main() {
 constexpr char const* FragmentFrame = R"(
 in Rasterised { FRAGMENT_VARYINGS } source;
 #if defined(SMOOTH) && defined(GEOMETRY)
-noperspective in float across;
+noperspective in vec3 away;
+#endif
+#ifdef DASHED
+flat in vec4 dash;
 #endif
 out vec4 fragment;
-uniform sampler2D texture0;
-uniform sampler2D texture1;
+
+#if UNITS > 0
+uniform sampler2D samplers[UNITS];
 
 vec4 Environment(int mode, vec4 color, vec4 texel, vec4 constant) {
     if (mode == 0x2100) { return color * texel; }
@@ -357,25 +458,96 @@ vec4 Environment(int mode, vec4 color, vec4 texel, vec4 constant) {
     return color;
 }
 
+#ifdef COMBINED
+// Sources: the textures of all units, then the unit's own texture, its constant, the first colour and the one of the unit
+// before.
+vec4 Argument(uint bits, vec4 sources[8]) {
+    vec4 color = sources[bits & 7u];
+    uint operand = (bits >> 3) & 3u;
+    color = operand < 2u ? color : color.aaaa;
+    return (operand & 1u) != 0u ? 1.0 - color : color;
+}
+
+vec4 Combine(uint bits, vec4 sources[8]) {
+    vec4 a = Argument(bits >> 3, sources);
+    vec4 b = Argument(bits >> 8, sources);
+    vec4 c = Argument(bits >> 13, sources);
+    uint function = bits & 7u;
+    vec4 color = a;
+    if (function == 1u) { color = a * b; }
+    if (function == 2u) { color = a + b; }
+    if (function == 3u) { color = a + b - 0.5; }
+    if (function == 4u) { color = mix(b, a, c); }
+    if (function == 5u) { color = a - b; }
+    if (function >= 6u) { color = vec4(4.0 * dot(a.rgb - 0.5, b.rgb - 0.5)); }
+    return color;
+}
+
+vec4 Combined(int unit, vec4 sources[8]) {
+    uint rgb = combineRgb[unit];
+    uint alpha = combineAlpha[unit];
+    vec4 color = Combine(rgb, sources);
+    if ((rgb & 7u) != 7u) { color.a = Combine(alpha, sources).a; }
+    vec2 scales = vec2(1 << int((rgb >> 18) & 3u), 1 << int((alpha >> 18) & 3u));
+    return clamp(color * scales.xxxy, 0.0, 1.0);
+}
+#endif
+#endif
+
 vec4 Textured(vec4 color) {
-#ifdef TEXTURED
-    if (environment.x != 0) {
-        color = Environment(environment.x, color, textureProj(texture0, source.tex0.xyw), environmentColors[0]);
-    }
-    if (environment.y != 0) {
-        color = Environment(environment.y, color, textureProj(texture1, source.tex1.xyw), environmentColors[1]);
+#if UNITS > 0
+    vec4 texels[4] = vec4[4](vec4(1.0), vec4(1.0), vec4(1.0), vec4(1.0));
+    if (environment[0] != 0) { texels[0] = textureProj(samplers[0], source.tex[0].xyw); }
+#if UNITS > 1
+    if (environment[1] != 0) { texels[1] = textureProj(samplers[1], source.tex[1].xyw); }
+#endif
+#if UNITS > 2
+    if (environment[2] != 0) { texels[2] = textureProj(samplers[2], source.tex[2].xyw); }
+#endif
+#if UNITS > 3
+    if (environment[3] != 0) { texels[3] = textureProj(samplers[3], source.tex[3].xyw); }
+#endif
+    vec4 first = color;
+    for (int i = 0; i < UNITS; ++i) {
+        int mode = environment[i];
+        if (mode == 0) { continue; }
+#ifdef COMBINED
+        if (mode == 0x8570) {
+            color = Combined(i, vec4[8](texels[0], texels[1], texels[2], texels[3],
+                texels[i], environmentColors[i], first, color));
+            continue;
+        }
+#endif
+        color = Environment(mode, color, texels[i], environmentColors[i]);
     }
 #endif
     return color;
 }
+
+#ifdef DASHED
+float Shows(float pixels) {
+    int bit = int(floor(max(pixels, 0.0) / sizes.z)) & 15;
+    return float((int(sizes.w) >> bit) & 1);
+}
+#endif
 )";
 
 constexpr char const* FragmentMain = R"(
 void main() {
-#ifdef STIPPLED
+#if defined(STIPPLED) && defined(TRIANGLES)
     ivec2 cell = ivec2(gl_FragCoord.xy) & 31;
     uint row = stipple[cell.y >> 2][cell.y & 3];
     if (((row >> uint(31 - cell.x)) & 1u) == 0u) { discard; }
+#endif
+#ifdef DASHED
+    float along = dot(dash.xy, gl_FragCoord.xy);
+#ifdef SMOOTH
+    along += dash.w - dash.z - 0.5;
+    float shown = mix(Shows(floor(along)), Shows(floor(along) + 1.0), fract(along));
+#else
+    float shown = Shows(dash.w + floor(along) - dash.z);
+#endif
+    if (shown <= 0.0) { discard; }
 #endif
     vec4 color = TWO_SIDE && !gl_FrontFacing ? source.back : source.front;
     color = Surface(color);
@@ -383,7 +555,10 @@ void main() {
     float away = length(gl_PointCoord - 0.5) * (sizes.x + 2.0);
     float coverage = clamp(0.5 * sizes.x + 0.5 - away, 0.0, 1.0);
 #elif defined(SMOOTH)
-    float coverage = clamp(0.5 * sizes.y + 0.5 - abs(across), 0.0, 1.0);
+    float coverage = clamp(0.5 * sizes.y + 0.5 - abs(away.x), 0.0, 1.0) * clamp(min(away.y, away.z) + 0.5, 0.0, 1.0);
+#endif
+#if defined(SMOOTH) && defined(DASHED)
+    coverage *= shown;
 #endif
 #ifdef SMOOTH
     if (coverage <= 0.0) { discard; }
@@ -402,11 +577,14 @@ ShaderSource const& PlainSource() {
 }
 
 bool HasGeometryStage(ProgramVariant const& p_variant) {
-    return p_variant.expanded || p_variant.pipeline == Pipeline::Edges || p_variant.pipeline == Pipeline::Corners;
+    bool const isDashed = p_variant.stippled && p_variant.pipeline == Pipeline::Lines;
+    return p_variant.expanded || isDashed || p_variant.pipeline == Pipeline::Edges ||
+        p_variant.pipeline == Pipeline::Corners;
 }
 
 std::string Defines(ProgramVariant const& p_variant, std::uint32_t p_options) {
-    constexpr std::array<char const*, PipelineCount> names = {"POINTS", "LINES", "TRIANGLES", "EDGES", "CORNERS"};
+    constexpr std::array<char const*, PipelineCount> names = {
+        "POINTS", "LINES", "TRIANGLES", "EDGES", "CORNERS", "TRIANGLES"};
     std::string text;
     auto const flag = [&text](bool p_on, char const* p_name) {
         text += p_on ? "#define " + std::string(p_name) + "\n" : std::string();
@@ -418,14 +596,17 @@ std::string Defines(ProgramVariant const& p_variant, std::uint32_t p_options) {
     flag(HasGeometryStage(p_variant), "GEOMETRY");
     flag(p_variant.immediate, "IMMEDIATE");
     flag(p_variant.flat, "FLAT");
-    flag(p_variant.textured, "TEXTURED");
+    flag(p_variant.combined, "COMBINED");
     flag(p_variant.clipped, "CLIPPED");
     flag(p_variant.stippled, "STIPPLED");
+    flag(p_variant.offset, "OFFSET");
+    flag(p_variant.expanded, "EXPANDED");
     flag(p_variant.smooth, "SMOOTH");
     constant(p_variant.normals, "HAS_NORMALS");
     constant(p_variant.colors, "HAS_COLORS");
     constant(p_variant.lighting, "LIGHTING");
     constant(p_variant.twoSide, "TWO_SIDE");
+    text += "#define UNITS " + std::to_string(p_variant.units) + "\n";
     return text + "#define OPTIONS " + std::to_string(p_options) + "\n";
 }
 
@@ -482,7 +663,7 @@ std::optional<std::string> Build(
         glDeleteProgram(name);
         return log;
     }
-    constexpr std::array<char const*, 2> blocks = {"Scene", "Draw"};
+    constexpr std::array<char const*, 3> blocks = {"Scene", "Draw", "Texturing"};
     for (GLuint i = 0; i < blocks.size(); ++i) {
         GLuint const index = glGetUniformBlockIndex(name, blocks[i]);
         if (index != GL_INVALID_INDEX) {
@@ -490,8 +671,10 @@ std::optional<std::string> Build(
         }
     }
     glUseProgram(name);
-    glUniform1i(glGetUniformLocation(name, "texture0"), 0);
-    glUniform1i(glGetUniformLocation(name, "texture1"), 1);
+    if (p_variant.units != 0) {
+        constexpr std::array<GLint, 4> units = {0, 1, 2, 3};
+        glUniform1iv(glGetUniformLocation(name, "samplers"), p_variant.units, units.data());
+    }
     p_program = {name, glGetUniformLocation(name, "faces")};
     return std::nullopt;
 }
@@ -501,10 +684,10 @@ std::optional<std::string> Build(
 std::uint32_t ProgramVariant::Key() const {
     std::uint32_t key = static_cast<std::uint32_t>(pipeline);
     for (bool const bit :
-        {immediate, normals, colors, lighting, twoSide, flat, textured, clipped, stippled, expanded, smooth}) {
+        {immediate, normals, colors, lighting, twoSide, flat, combined, clipped, stippled, offset, expanded, smooth}) {
         key = (key << 1) | (bit ? 1U : 0U);
     }
-    return key;
+    return (key << 3) | units;
 }
 
 GlProgram const& GlPrograms::Find(

@@ -17,9 +17,10 @@ namespace AttributeLocation {
 inline constexpr GLuint Position = 0;
 inline constexpr GLuint Normal = 1;
 inline constexpr GLuint Color = 2;
-inline constexpr GLuint TexCoord0 = 3; ///< and the next one
-inline constexpr GLuint Row0 = 5; ///< and the next two: the model-view matrix of the instance
-inline constexpr GLuint CurrentColor = 8;
+inline constexpr GLuint TexCoord0 = 3; ///< and one more for each further texture unit
+inline constexpr GLuint Row0 = 7; ///< and the next two: the model-view matrix of the instance
+inline constexpr GLuint CurrentColor = 10;
+inline constexpr GLuint StippleStart = 11;
 } // namespace AttributeLocation
 
 /// What a program is specialised for, so that common draws carry no code for rare states.
@@ -31,9 +32,11 @@ struct ProgramVariant {
     bool lighting = false;
     bool twoSide = false;
     bool flat = false;
-    bool textured = false;
+    std::uint8_t units = 0; ///< texture units that are read, counted from the first
+    bool combined = false; ///< some of them combine
     bool clipped = false;
-    bool stippled = false; ///< polygon stipple
+    bool stippled = false; ///< polygon or line stipple
+    bool offset = false; ///< polygon offset of outlines and corners
     bool expanded = false; ///< lines are drawn as areas
     bool smooth = false; ///< round points, or lines with soft sides
 

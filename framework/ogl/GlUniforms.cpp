@@ -1,5 +1,6 @@
 #include "framework/ogl/GlUniforms.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -36,6 +37,36 @@ MaterialUniforms MakeMaterial(MaterialFace const& p_face) {
         Of(p_face.ambient), Of(p_face.diffuse), Of(p_face.specular), Of(p_face.emission), {p_face.shininess, 0, 0, 0}};
 }
 
+/// The place of a constant among others.
+template <std::size_t N>
+std::uint32_t Place(std::array<Token, N> const& p_tokens, Token p_token) {
+    return static_cast<std::uint32_t>(std::find(p_tokens.begin(), p_tokens.end(), p_token) - p_tokens.begin());
+}
+
+std::uint32_t Pack(CombinerState const& p_combiner) {
+    using namespace Tokens;
+    constexpr std::array<Token, 8> functions = {
+        AGL_REPLACE, AGL_MODULATE, AGL_ADD, AGL_ADD_SIGNED, AGL_INTERPOLATE, AGL_SUBTRACT, AGL_DOT3_RGB, AGL_DOT3_RGBA};
+    constexpr std::array<Token, 8> sources = {AGL_TEXTURE0, AGL_TEXTURE1, AGL_TEXTURE2, AGL_TEXTURE3, AGL_TEXTURE,
+        AGL_CONSTANT, AGL_PRIMARY_COLOR, AGL_PREVIOUS};
+    std::uint32_t bits = Place(functions, p_combiner.function);
+    for (std::uint32_t i = 0; i < 3; ++i) {
+        std::uint32_t const argument =
+            Place(sources, p_combiner.sources[i]) | ((p_combiner.operands[i] - AGL_SRC_COLOR) << 3);
+        bits |= argument << (3 + 5 * i);
+    }
+    std::uint32_t const scale = p_combiner.scale == 4 ? 2 : p_combiner.scale == 2 ? 1 : 0;
+    return bits | (scale << 18);
+}
+
+/// Window depths run over the depth range, device depths from -1 to 1. The smallest step is that of 24 bits.
+Float4 MakeOffset(State const& p_state) {
+    constexpr float step = 1.0F / (1 << 24);
+    float const range = p_state.viewport.farDepth - p_state.viewport.nearDepth;
+    float const constant = range != 0 ? 2 * step * p_state.polygon.offsetUnits / range : 0;
+    return {range < 0 ? -p_state.polygon.offsetFactor : p_state.polygon.offsetFactor, constant, 0, 0};
+}
+
 } // namespace
 
 SceneUniforms MakeSceneUniforms(State const& p_state) {
@@ -57,9 +88,6 @@ SceneUniforms MakeSceneUniforms(State const& p_state) {
     for (std::size_t i = 0; i < LightCount; ++i) {
         scene.lights[i] = MakeLight(p_state.lights[i], origin);
     }
-    for (std::size_t i = 0; i < TextureUnitCount; ++i) {
-        scene.textureMatrices[i] = p_state.textureMatrices[i].matrix;
-    }
     for (std::size_t i = 0; i < 32; ++i) {
         scene.stipple[i / 4][i % 4] = p_state.polygonStipple.rows[i];
     }
@@ -71,7 +99,9 @@ DrawUniforms MakeDrawUniforms(State const& p_state) {
     draw.materials = {MakeMaterial(p_state.material.front), MakeMaterial(p_state.material.back)};
     draw.sceneAmbient = Of(p_state.lightModel.ambient);
     draw.perspectiveRow = p_state.perspectiveRow.row;
-    draw.sizes = {p_state.point.size, p_state.line.width, 0, 0};
+    draw.sizes = {p_state.point.size, p_state.line.width, static_cast<float>(p_state.line.stippleFactor),
+        static_cast<float>(p_state.line.stipplePattern)};
+    draw.offset = MakeOffset(p_state);
     bool const tracks = p_state.IsEnabled(EnableBit::ColorMaterial);
     Token const face = p_state.lightModel.colorMaterialFace;
     draw.modes = {static_cast<std::int32_t>((p_state.enables & EnableBit::Lights) / EnableBit::Light0),
@@ -79,13 +109,20 @@ DrawUniforms MakeDrawUniforms(State const& p_state) {
         static_cast<std::int32_t>(p_state.lightModel.colorMaterialMode)};
     draw.colorFaces = {tracks && face != Tokens::AGL_BACK, tracks && face != Tokens::AGL_FRONT,
         static_cast<std::int32_t>((p_state.enables & EnableBit::ClipPlanes) / EnableBit::ClipPlane0), 0};
-    draw.environment = {};
-    for (std::size_t i = 0; i < TextureUnitCount; ++i) {
-        bool const isOn = p_state.IsEnabled(EnableBit::Texture0 << i) && p_state.textures[i].texture != 0;
-        draw.environment[i] = isOn ? static_cast<std::int32_t>(p_state.textures[i].environment) : 0;
-        draw.environmentColors[i] = Of(p_state.textures[i].environmentColor);
-    }
     return draw;
+}
+
+TextureUniforms MakeTextureUniforms(State const& p_state) {
+    TextureUniforms textures;
+    for (std::size_t i = 0; i < TextureUnitCount; ++i) {
+        TextureUnitState const& unit = p_state.textures[i];
+        textures.matrices[i] = p_state.textureMatrices[i].matrix;
+        textures.environmentColors[i] = Of(unit.environmentColor);
+        textures.environment[i] = p_state.IsTextured(i) ? static_cast<std::int32_t>(unit.environment) : 0;
+        textures.combineRgb[i] = Pack(unit.combineRgb);
+        textures.combineAlpha[i] = Pack(unit.combineAlpha);
+    }
+    return textures;
 }
 
 } // namespace Qor::Chart::Ogl

@@ -24,13 +24,21 @@ PickArea AreaAround(
 HitDetect::HitDetect(Utility::Scoped<Agl> const& p_agl, Types::Viewport<0> const& p_viewport,
     Types::Matrix4 const& p_projection, Types::Pos const& p_position, Types::Size const& p_tolerance,
     HitBuffer& p_buffer)
-    : _agl(*p_agl), _depths(_agl.Depths()), _area(AreaAround(p_viewport, p_position, p_tolerance)), _buffer(p_buffer) {
+    : _agl(*p_agl), _depths(_agl.Depths()), _area(AreaAround(p_viewport, p_position, p_tolerance)), _buffer(&p_buffer) {
     _agl.PushAttrib(Tokens::AGL_VIEWPORT_BIT | Tokens::AGL_TRANSFORM_BIT);
     _agl.Viewport(p_viewport);
     Token const matrixMode = _agl.Current().transform.matrixMode;
-    _agl.MatrixMode(Tokens::AGL_PROJECTION);
-    _agl.PushMatrix();
+    PushMatrixOf(Tokens::AGL_PROJECTION);
     _agl.LoadMatrix(p_projection);
+    _agl.MatrixMode(matrixMode);
+    _outer = _agl.Exchange(this);
+}
+
+HitDetect::HitDetect(Utility::Scoped<Agl> const& p_agl) : _agl(*p_agl), _depths(_agl.Depths()) {
+    _agl.PushAttrib(Tokens::AGL_ALL_ATTRIB_BITS);
+    Token const matrixMode = _agl.Current().transform.matrixMode;
+    PushMatrixOf(Tokens::AGL_PROJECTION);
+    PushMatrixOf(Tokens::AGL_MODELVIEW);
     _agl.MatrixMode(matrixMode);
     _outer = _agl.Exchange(this);
 }
@@ -41,6 +49,11 @@ HitDetect::~HitDetect() {
     _agl.Exchange(_outer);
 }
 
+void HitDetect::PushMatrixOf(Token p_mode) {
+    _agl.MatrixMode(p_mode);
+    _agl.PushMatrix();
+}
+
 void HitDetect::LoadName(std::uint64_t p_name) {
     WriteRecord();
     _pending.name = p_name;
@@ -48,7 +61,7 @@ void HitDetect::LoadName(std::uint64_t p_name) {
 
 void HitDetect::WriteRecord() {
     if (_isHit) {
-        _buffer.Add(_pending);
+        _buffer->Add(_pending);
     }
     _isHit = false;
 }
@@ -67,6 +80,9 @@ PickVolume HitDetect::Volume() const {
 }
 
 void HitDetect::Draw(PrimitiveBuffer const& p_buffer) {
+    if (!_buffer) {
+        return;
+    }
     Hit(p_buffer.Pick(Volume(), _isHit ? _pending.depth : PickVolume::NoHit));
 }
 
@@ -76,6 +92,9 @@ void HitDetect::Begin(Token p_kind) {
 }
 
 void HitDetect::End() {
+    if (!_buffer) {
+        return;
+    }
     _order.resize(_vertices.size());
     std::iota(_order.begin(), _order.end(), 0U);
     Pipeline const pipeline = FilledPipeline(_kind);

@@ -7,6 +7,7 @@
 
 #include <epoxy/gl.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -22,6 +23,7 @@ namespace {
 constexpr int RequiredVersion = 33;
 constexpr GLuint SceneBlock = 0;
 constexpr GLuint DrawBlock = 1;
+constexpr GLuint TextureBlock = 2;
 
 /// Walks along the states of a command list and tells which groups change on the way.
 class StateCursor {
@@ -32,11 +34,12 @@ public:
     StateMask MoveTo(std::uint32_t p_index) {
         StateKey const& next = _list.states[p_index];
         StateMask changed = 0;
-        for (std::size_t item = 0; item < StateItem::Count; ++item) {
-            bool const isUsed = next.version[item] != StateKey::NoVersion;
-            if (isUsed && (!_started || next.version[item] != _key.version[item])) {
-                std::memcpy(_state.Item(item), _list.Version(item, next.version[item]), State::ItemSize(item));
-                changed |= StateBit(item);
+        constexpr std::size_t block = 8; // most states differ in a group or two
+        for (std::size_t first = 0; first < StateItem::Count; first += block) {
+            std::size_t const end = std::min(first + block, std::size_t(StateItem::Count));
+            std::size_t const bytes = (end - first) * sizeof(next.version[0]);
+            if (!_started || std::memcmp(&next.version[first], &_key.version[first], bytes) != 0) {
+                changed |= Take(next, first, end);
             }
         }
         _changedEnables = _started ? _key.enables ^ next.enables : EnableBit::All;
@@ -49,6 +52,18 @@ public:
     EnableBit::Type ChangedEnables() const { return _changedEnables; }
 
 private:
+    StateMask Take(StateKey const& p_next, std::size_t p_first, std::size_t p_end) {
+        StateMask taken = 0;
+        for (std::size_t item = p_first; item < p_end; ++item) {
+            std::uint32_t const version = p_next.version[item];
+            if (version != StateKey::NoVersion && (!_started || version != _key.version[item])) {
+                std::memcpy(_state.Item(item), _list.Version(item, version), State::ItemSize(item));
+                taken |= StateBit(item);
+            }
+        }
+        return taken;
+    }
+
     CommandList const& _list;
     State _state;
     StateKey _key;
@@ -59,9 +74,12 @@ private:
 /// The uniform blocks of all states of a list, in one piece.
 class UniformStream {
 public:
+    static constexpr std::size_t None = std::size_t(-1); ///< nothing is textured
+
     struct Offsets {
         std::size_t scene = 0;
         std::size_t draw = 0;
+        std::size_t textures = None;
     };
 
     void Fill(CommandList const& p_list, std::size_t p_alignment) {
@@ -69,6 +87,7 @@ public:
         _offsets.clear();
         StateCursor cursor(p_list);
         Offsets offsets;
+        std::size_t textures = None;
         for (std::uint32_t i = 0; i < p_list.states.size(); ++i) {
             StateMask const changed = cursor.MoveTo(i);
             if ((changed & SceneItems) != 0 || i == 0) {
@@ -77,6 +96,14 @@ public:
             if ((changed & DrawItems) != 0 || (cursor.ChangedEnables() & DrawEnables) != 0 || i == 0) {
                 offsets.draw = Append(MakeDrawUniforms(cursor.Current()), p_alignment);
             }
+            if ((changed & TextureItems) != 0 || (cursor.ChangedEnables() & EnableBit::Textures) != 0) {
+                textures = None;
+            }
+            bool const isTextured = cursor.Current().UsedTextureUnits() != 0;
+            if (isTextured && textures == None) {
+                textures = Append(MakeTextureUniforms(cursor.Current()), p_alignment);
+            }
+            offsets.textures = isTextured ? textures : None;
             _offsets.push_back(offsets);
         }
     }
@@ -148,6 +175,7 @@ void ApplyState(State const& p_state, StateMask p_changed, EnableBit::Type p_cha
     }
     if (has(StateItem::Polygon)) {
         glFrontFace(p_state.polygon.frontFace);
+        glPolygonOffset(p_state.polygon.offsetFactor, p_state.polygon.offsetUnits);
     }
     if (has(StateItem::CurrentVertex)) {
         auto const& normal = p_state.currentVertex.normal;
@@ -166,20 +194,27 @@ ProgramVariant VariantOf(Command const& p_command, State const& p_state) {
     bool const isLine = pipeline == Pipeline::Lines || pipeline == Pipeline::Edges;
     variant.pipeline = pipeline;
     variant.immediate = p_command.kind == Command::Kind::Immediate;
-    variant.normals = variant.immediate ? isPolygon : p_command.buffer->Info().flags[AttributeInfo::Normal];
-    variant.colors = !variant.immediate && p_command.buffer->Info().flags[AttributeInfo::Color];
+    variant.normals = p_command.hasNormals;
+    variant.colors = p_command.hasColors;
     variant.lighting = p_state.IsEnabled(EnableBit::Lighting);
     variant.twoSide = isPolygon && variant.lighting && p_state.lightModel.twoSide != 0;
     variant.flat = p_state.lightModel.shadeModel == Tokens::AGL_FLAT;
-    variant.textured = false;
-    for (std::size_t i = 0; i < TextureUnitCount; ++i) {
-        variant.textured |= p_state.IsEnabled(EnableBit::Texture0 << i) && p_state.textures[i].texture != 0;
+    variant.units = static_cast<std::uint8_t>(p_state.UsedTextureUnits());
+    for (std::size_t i = 0; i < variant.units; ++i) {
+        variant.combined |= p_state.IsTextured(i) && p_state.textures[i].environment == Tokens::AGL_COMBINE;
     }
     variant.clipped = p_state.IsEnabled(EnableBit::ClipPlanes);
-    variant.stippled = pipeline == Pipeline::Triangles && p_state.IsEnabled(EnableBit::PolygonStipple);
+    variant.stippled =
+        isLine ? p_state.IsLineStippled() : IsFilled(pipeline) && p_state.IsEnabled(EnableBit::PolygonStipple);
+    variant.offset = (pipeline == Pipeline::Edges && p_state.IsEnabled(EnableBit::OffsetLine)) ||
+        (pipeline == Pipeline::Corners && p_state.IsEnabled(EnableBit::OffsetPoint));
     variant.smooth = isLine ? p_state.IsEnabled(EnableBit::LineSmooth)
-                            : pipeline != Pipeline::Triangles && p_state.IsEnabled(EnableBit::PointSmooth);
-    variant.expanded = pipeline == Pipeline::Lines && (variant.smooth || std::floor(p_state.line.width + 0.5F) > 1);
+                            : !IsFilled(pipeline) && p_state.IsEnabled(EnableBit::PointSmooth);
+    variant.expanded = isLine && (variant.smooth || std::floor(p_state.line.width + 0.5F) > 1);
+    // Plain lines do with the program of triangles: changing programs costs more than a draw.
+    if (pipeline == Pipeline::Lines && !variant.expanded && !variant.stippled) {
+        variant.pipeline = Pipeline::Triangles;
+    }
     return variant;
 }
 
@@ -204,13 +239,14 @@ public:
             _faces = faces;
         }
         Cull(p_command);
+        Offset(IsFilled(p_command.pipeline) && p_state.IsEnabled(EnableBit::OffsetFill));
         return _program->name != 0;
     }
 
 private:
     /// Outlines and corners choose their faces themselves.
     void Cull(Command const& p_command) {
-        int const culled = p_command.pipeline == Pipeline::Triangles ? FaceBit::Both & ~p_command.faces : 0;
+        int const culled = IsFilled(p_command.pipeline) ? FaceBit::Both & ~p_command.faces : 0;
         if (culled == _culled) {
             return;
         }
@@ -221,11 +257,20 @@ private:
         _culled = culled;
     }
 
+    /// Outlines and corners are moved by their program, and lines that are drawn as areas not at all.
+    void Offset(bool p_isOn) {
+        if (_isOffset != p_isOn) {
+            SetCapability(GL_POLYGON_OFFSET_FILL, p_isOn);
+            _isOffset = p_isOn;
+        }
+    }
+
     GlProgram const* _program = nullptr;
     Shader const* _shader = nullptr;
     std::uint32_t _key = 0;
     int _faces = -1;
     int _culled = -1;
+    std::optional<bool> _isOffset;
 };
 
 std::string DescribeError(GLenum p_error) {
@@ -256,7 +301,7 @@ public:
     QImage ReadPixels(PixelRectangle const& p_rectangle);
     DeviceFeatures const& Features();
     void TakeErrors(std::vector<std::string>& p_errors);
-    void Shutdown();
+    void Release();
     std::size_t ObjectCount() const { return _device == nullptr ? 0 : _device->ObjectCount(); }
 
 private:
@@ -271,7 +316,7 @@ private:
 
     void Run(CommandList const& p_list, Statistics& p_statistics);
     void BindTextures(CommandList const& p_list, State const& p_state, Statistics& p_statistics);
-    void Draw(Command const& p_command, Statistics& p_statistics);
+    void Draw(CommandList const& p_list, Command const& p_command, Statistics& p_statistics);
     QImage Read(PixelRectangle const& p_rectangle);
     QImage ReadResolved(PixelRectangle const& p_rectangle);
 
@@ -401,10 +446,11 @@ void OpenGlBackend::Impl::Run(CommandList const& p_list, Statistics& p_statistic
         _device->SendInstances(p_list.instances);
     }
     if (!p_list.indices.empty()) {
-        _device->SendImmediate(p_list.vertices, p_list.indices);
+        _device->SendImmediate(p_list);
     }
     p_statistics.bufferBytes += _uniforms.Bytes().size() + p_list.instances.size() * sizeof(Instance) +
-        p_list.vertices.size() * sizeof(ImmediateVertex) + p_list.indices.size() * sizeof(std::uint32_t);
+        p_list.vertices.size() * sizeof(ImmediateVertex) + p_list.texCoords.size() * sizeof(ImmediateTexCoords) +
+        p_list.stippleStarts.size() * sizeof(float) + p_list.indices.size() * sizeof(std::uint32_t);
 
     StateCursor cursor(p_list);
     std::optional<std::uint32_t> state;
@@ -416,13 +462,16 @@ void OpenGlBackend::Impl::Run(CommandList const& p_list, Statistics& p_statistic
             StateMask const changed = cursor.MoveTo(command.state);
             EnableBit::Type const changedEnables = cursor.ChangedEnables();
             ApplyState(cursor.Current(), changed, changedEnables);
-            BindTextures(p_list, cursor.Current(), p_statistics);
             UniformStream::Offsets const& offsets = _uniforms.At(command.state);
             if (isFirst || offsets.scene != bound.scene) {
                 _device->BindUniforms(SceneBlock, offsets.scene, sizeof(SceneUniforms));
             }
             if (isFirst || offsets.draw != bound.draw) {
                 _device->BindUniforms(DrawBlock, offsets.draw, sizeof(DrawUniforms));
+            }
+            if (offsets.textures != UniformStream::None && offsets.textures != bound.textures) {
+                _device->BindUniforms(TextureBlock, offsets.textures, sizeof(TextureUniforms));
+                BindTextures(p_list, cursor.Current(), p_statistics);
             }
             p_statistics.stateChanges +=
                 static_cast<std::uint64_t>(isFirst ? 0 : std::popcount(changed) + std::popcount(changedEnables));
@@ -435,26 +484,33 @@ void OpenGlBackend::Impl::Run(CommandList const& p_list, Statistics& p_statistic
             continue;
         }
         if (programs.Use(*_device, command, cursor.Current(), _errors)) {
-            Draw(command, p_statistics);
+            Draw(p_list, command, p_statistics);
         }
     }
 }
 
 void OpenGlBackend::Impl::BindTextures(CommandList const& p_list, State const& p_state, Statistics& p_statistics) {
     for (GLenum i = 0; i < TextureUnitCount; ++i) {
-        Texture const* const texture = p_list.FindTexture(p_state.textures[i].texture);
-        if (texture != nullptr) {
-            glActiveTexture(GL_TEXTURE0 + i);
-            glBindTexture(GL_TEXTURE_2D, _device->TextureName(*texture, p_statistics.bufferBytes));
+        TextureUnitState const& unit = p_state.textures[i];
+        Texture const* const texture = p_state.IsTextured(i) ? p_list.FindTexture(unit.texture) : nullptr;
+        if (texture == nullptr) {
+            continue;
         }
+        bool const hasSampling = unit.hasSampling != 0;
+        bool const needsMipmaps = hasSampling && unit.sampling.NeedsMipmaps();
+        glActiveTexture(GL_TEXTURE0 + i);
+        glBindTexture(GL_TEXTURE_2D, _device->TextureName(*texture, needsMipmaps, p_statistics.bufferBytes));
+        glBindSampler(i, hasSampling ? _device->SamplerName(unit.sampling) : 0);
     }
 }
 
-void OpenGlBackend::Impl::Draw(Command const& p_command, Statistics& p_statistics) {
+void OpenGlBackend::Impl::Draw(CommandList const& p_list, Command const& p_command, Statistics& p_statistics) {
     auto const perPrimitive = static_cast<std::uint64_t>(IndicesPerPrimitive(p_command.pipeline));
     ++p_statistics.drawCalls;
     if (p_command.kind == Command::Kind::Immediate) {
-        _device->DrawImmediate(p_command.pipeline, p_command.first, p_command.count);
+        Types::Color4f const* const color =
+            p_command.hasColors ? &p_list.instances[p_command.colorInstance].color : nullptr;
+        _device->DrawImmediate(p_command.pipeline, p_command.first, p_command.count, color);
         ++p_statistics.instances;
         p_statistics.primitives += p_command.count / perPrimitive;
         return;
@@ -542,16 +598,20 @@ void OpenGlBackend::Impl::TakeErrors(std::vector<std::string>& p_errors) {
     _errors.clear();
 }
 
-void OpenGlBackend::Impl::Shutdown() {
-    if (Context::CurrentIdentity() != nullptr && Activate(false)) {
-        _device->DeleteAll();
+void OpenGlBackend::Impl::Release() {
+    if (Context::CurrentIdentity() == nullptr || !Activate(false)) {
+        return;
     }
+    _device->DeleteAll();
+    _devices.erase(_identity);
+    _device = nullptr;
+    _identity = nullptr;
 }
 
 OpenGlBackend::OpenGlBackend() : _impl(std::make_unique<Impl>()) {}
 
 OpenGlBackend::~OpenGlBackend() {
-    _impl->Shutdown();
+    _impl->Release();
 }
 
 void OpenGlBackend::BeginFrame() {
@@ -580,6 +640,10 @@ DeviceFeatures const& OpenGlBackend::Features() {
 
 void OpenGlBackend::TakeErrors(std::vector<std::string>& p_errors) {
     _impl->TakeErrors(p_errors);
+}
+
+void OpenGlBackend::Release() {
+    _impl->Release();
 }
 
 std::size_t OpenGlBackend::DeviceObjectCount() const {

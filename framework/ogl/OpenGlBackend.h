@@ -25,6 +25,9 @@ public:
     DeviceFeatures const& Features() override;
     void TakeErrors(std::vector<std::string>& p_errors) override;
 
+    /// Frees the device objects of the current context, which is about to end. Drawing in it again sends everything again.
+    void Release();
+
     /// Device objects (vertex, index, texture and program objects) that exist in the current context.
     std::size_t DeviceObjectCount() const;
 

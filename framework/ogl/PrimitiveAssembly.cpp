@@ -51,14 +51,26 @@ void ForEachPolygon(Token p_kind, Indices p_vertices, Use const& p_use) {
     }
 }
 
-/// A fan around the provoking corner, so that each triangle ends with it.
-void AppendTriangles(Indices p_corners, std::uint32_t p_provoking, std::vector<std::uint32_t>& p_result) {
+/// A fan around a corner, with which each triangle ends.
+void AppendFan(Indices p_corners, std::size_t p_corner, std::vector<std::uint32_t>& p_result) {
     std::size_t const size = p_corners.size();
-    auto const found = std::find(p_corners.begin(), p_corners.end(), p_provoking);
-    auto const start = static_cast<std::size_t>(found - p_corners.begin());
     for (std::size_t i = 1; i + 2 <= size; ++i) {
-        p_result.insert(
-            p_result.end(), {p_corners[(start + i) % size], p_corners[(start + i + 1) % size], p_provoking});
+        p_result.insert(p_result.end(),
+            {p_corners[(p_corner + i) % size], p_corners[(p_corner + i + 1) % size], p_corners[p_corner]});
+    }
+}
+
+void AppendFlatTriangles(Indices p_corners, std::uint32_t p_provoking, std::vector<std::uint32_t>& p_result) {
+    auto const found = std::find(p_corners.begin(), p_corners.end(), p_provoking);
+    AppendFan(p_corners, static_cast<std::size_t>(found - p_corners.begin()), p_result);
+}
+
+/// OpenGL leaves open along which diagonal a quad is cut. Drivers take the one from its first corner.
+void AppendTriangles(Indices p_corners, std::uint32_t p_provoking, std::vector<std::uint32_t>& p_result) {
+    if (p_corners.size() == 4 && p_provoking != p_corners[0]) {
+        AppendFan(p_corners, 0, p_result);
+    } else {
+        AppendFlatTriangles(p_corners, p_provoking, p_result);
     }
 }
 
@@ -108,6 +120,11 @@ void AssemblePrimitives(Token p_kind, std::span<std::uint32_t const> p_vertices,
     case Pipeline::Triangles:
         ForEachPolygon(p_kind, p_vertices,
             [&](Indices p_corners, std::uint32_t p_provoking) { AppendTriangles(p_corners, p_provoking, p_result); });
+        break;
+    case Pipeline::FlatTriangles:
+        ForEachPolygon(p_kind, p_vertices, [&](Indices p_corners, std::uint32_t p_provoking) {
+            AppendFlatTriangles(p_corners, p_provoking, p_result);
+        });
         break;
     case Pipeline::Edges:
         ForEachPolygon(p_kind, p_vertices,

@@ -50,12 +50,13 @@ double PrimitiveBuffer::Pick(PickVolume const& p_volume, double p_nearest) const
     if (!_valid || !p_volume.MayTouch(_vertices->Bounds())) {
         return PickVolume::NoHit;
     }
-    Pipeline const pipeline = FilledPipeline(Kind());
-    PrimitiveTree::Shape const shape{_vertices->Data().positions, Assembled(pipeline), IndicesPerPrimitive(pipeline)};
+    auto const& positions = _vertices->Data().positions;
     if (!_tree) {
-        _tree = std::make_unique<PrimitiveTree const>(shape);
+        Pipeline const pipeline = FilledPipeline(Kind());
+        _tree = std::make_unique<PrimitiveTree const>(
+            PrimitiveTree::Shape{positions, Assembled(pipeline), IndicesPerPrimitive(pipeline)});
     }
-    return _tree->Pick(shape, p_volume, p_nearest);
+    return _tree->Pick(positions, p_volume, p_nearest);
 }
 
 } // namespace Qor::Chart::Ogl

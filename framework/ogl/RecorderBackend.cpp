@@ -45,7 +45,14 @@ RecordedCommand Copy(CommandList const& p_list, Command const& p_command) {
     } else if (p_command.kind == Command::Kind::Immediate) {
         copy.vertices.reserve(p_command.count);
         for (std::uint32_t i = 0; i < p_command.count; ++i) {
-            copy.vertices.push_back(p_list.vertices[p_list.indices[p_command.first + i]]);
+            std::uint32_t const vertex = p_list.indices[p_command.first + i];
+            copy.vertices.push_back(p_list.vertices[vertex]);
+            if (copy.state.UsedTextureUnits() != 0) {
+                copy.texCoords.push_back(p_list.texCoords[vertex]);
+            }
+            if (copy.state.IsLineStippled()) {
+                copy.stippleStarts.push_back(p_list.stippleStarts.empty() ? 0 : p_list.stippleStarts[vertex]);
+            }
         }
     }
     return copy;

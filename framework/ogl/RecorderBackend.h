@@ -19,6 +19,8 @@ struct RecordedCommand {
     State state;
     std::vector<Instance> instances; ///< of a draw
     std::vector<ImmediateVertex> vertices; ///< of an immediate draw, assembled: one per index
+    std::vector<ImmediateTexCoords> texCoords; ///< likewise; empty when it is not textured
+    std::vector<float> stippleStarts; ///< likewise; empty unless lines are stippled
 };
 
 /// A back end without a device, for tests, measurements and machines without OpenGL. It counts what it is told to do as

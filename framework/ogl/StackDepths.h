@@ -8,7 +8,7 @@ namespace Qor::Chart::Ogl {
 /// How deep each stack of an `Agl` is. A traversal remembers it before it lets a node loose and gives it back to
 /// `Agl::RestoreDepths` afterwards, so that a node that failed halfway leaves nothing behind.
 struct StackDepths {
-    static constexpr std::size_t TextureUnits = 2;
+    static constexpr std::size_t TextureUnits = 4;
 
     std::uint32_t attrib = 0;
     std::uint32_t modelView = 0;

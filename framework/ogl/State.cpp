@@ -67,6 +67,14 @@ std::size_t State::ItemSize(std::size_t p_item) {
     return Extents[p_item].size;
 }
 
+std::size_t State::UsedTextureUnits() const {
+    std::size_t count = 0;
+    for (std::size_t unit = 0; IsEnabled(EnableBit::Textures) && unit < TextureUnitCount; ++unit) {
+        count = IsTextured(unit) ? unit + 1 : count;
+    }
+    return count;
+}
+
 std::array<LightState, LightCount> State::DefaultLights() {
     std::array<LightState, LightCount> lights;
     lights[0].diffuse = {1, 1, 1, 1};

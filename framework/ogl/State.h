@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
+#include "framework/ogl/TextureSampling.h"
 #include "framework/ogl/Tokens.h"
 #include "framework/types/Color4f.h"
 #include "framework/types/Vector3.h"
@@ -14,11 +15,11 @@ namespace Qor::Chart::Ogl {
 
 inline constexpr std::size_t LightCount = 8;
 inline constexpr std::size_t ClipPlaneCount = 8;
-inline constexpr std::size_t TextureUnitCount = 2;
+inline constexpr std::size_t TextureUnitCount = 4;
 
 /// A bit for each capability of `Agl::Enable`.
 namespace EnableBit {
-using Type = std::uint32_t;
+using Type = std::uint64_t;
 inline constexpr Type Lighting = 1U << 0;
 inline constexpr Type ColorMaterial = 1U << 1;
 inline constexpr Type Normalize = 1U << 2;
@@ -31,13 +32,18 @@ inline constexpr Type DepthTest = 1U << 8;
 inline constexpr Type StencilTest = 1U << 9;
 inline constexpr Type ScissorTest = 1U << 10;
 inline constexpr Type Blend = 1U << 11;
-inline constexpr Type Texture0 = 1U << 12; ///< and one more for each further texture unit
-inline constexpr Type Textures = ((1U << TextureUnitCount) - 1) << 12;
-inline constexpr Type Light0 = 1U << 14; ///< and one more for each further light
-inline constexpr Type Lights = ((1U << LightCount) - 1) << 14;
-inline constexpr Type ClipPlane0 = 1U << 22; ///< and one more for each further clip plane
-inline constexpr Type ClipPlanes = ((1U << ClipPlaneCount) - 1) << 22;
-inline constexpr Type All = (1U << 30) - 1;
+inline constexpr Type LineStipple = 1U << 12;
+inline constexpr Type OffsetFill = 1U << 13; ///< polygon offset, one bit for each polygon mode
+inline constexpr Type OffsetLine = 1U << 14;
+inline constexpr Type OffsetPoint = 1U << 15;
+inline constexpr Type Texture0 = 1U << 16; ///< and one more for each further texture unit
+inline constexpr Type Textures = ((Type(1) << TextureUnitCount) - 1) << 16;
+inline constexpr Type Light0 = 1U << 20; ///< and one more for each further light
+inline constexpr Type Lights = ((Type(1) << LightCount) - 1) << 20;
+inline constexpr Type ClipPlane0 = 1U << 28; ///< and one more for each further clip plane
+inline constexpr Type ClipPlanes = ((Type(1) << ClipPlaneCount) - 1) << 28;
+inline constexpr Type All = (Type(1) << 36) - 1;
+static_assert(Texture0 << TextureUnitCount <= Light0 && Light0 << LightCount <= ClipPlane0);
 } // namespace EnableBit
 
 /// What the groups of the fixed-function state hold, with the defaults of OpenGL. Groups are saved, compared and copied
@@ -47,19 +53,24 @@ struct CurrentColorState {
 };
 struct CurrentVertexState {
     Types::Vector3_Base<float> normal{0, 0, 1};
-    std::array<Types::Vector4_Base<float>, TextureUnitCount> texCoords{{{0, 0, 0, 1}, {0, 0, 0, 1}}};
+    std::array<Types::Vector4_Base<float>, TextureUnitCount> texCoords{
+        {{0, 0, 0, 1}, {0, 0, 0, 1}, {0, 0, 0, 1}, {0, 0, 0, 1}}};
 };
 struct PointState {
     float size = 1; ///< pixels
 };
 struct LineState {
     float width = 1; ///< pixels
+    std::uint32_t stippleFactor = 1; ///< how many pixels a bit of the pattern stands for
+    std::uint32_t stipplePattern = 0xFFFF; ///< 16 bits, the lowest one first
 };
 struct PolygonState {
     Token frontMode = Tokens::AGL_FILL;
     Token backMode = Tokens::AGL_FILL;
     Token cullFace = Tokens::AGL_BACK;
     Token frontFace = Tokens::AGL_CCW;
+    float offsetFactor = 0;
+    float offsetUnits = 0;
 };
 /// 32 rows of 32 pixels, the lowest row first; the highest bit is the leftmost pixel.
 struct PolygonStippleState {
@@ -154,11 +165,24 @@ struct ScissorState {
 struct TextureSelectState {
     std::uint32_t activeUnit = 0;
 };
+/// How the environment AGL_COMBINE computes the colour or the alpha of a unit out of up to three arguments.
+struct CombinerState {
+    Token function = Tokens::AGL_MODULATE;
+    std::array<Token, 3> sources{Tokens::AGL_TEXTURE, Tokens::AGL_PREVIOUS, Tokens::AGL_CONSTANT};
+    std::array<Token, 3> operands{Tokens::AGL_SRC_COLOR, Tokens::AGL_SRC_COLOR, Tokens::AGL_SRC_ALPHA};
+    float scale = 1; ///< 1, 2 or 4
+
+    constexpr bool operator==(CombinerState const&) const = default;
+};
 struct TextureUnitState {
     std::uint64_t texture = 0; ///< number of the bound texture, 0 for none
     Types::Color4f environmentColor{0, 0, 0, 0};
     Token environment = Tokens::AGL_MODULATE;
-    std::uint32_t reserved = 0;
+    CombinerState combineRgb;
+    CombinerState combineAlpha{Tokens::AGL_MODULATE, {Tokens::AGL_TEXTURE, Tokens::AGL_PREVIOUS, Tokens::AGL_CONSTANT},
+        {Tokens::AGL_SRC_ALPHA, Tokens::AGL_SRC_ALPHA, Tokens::AGL_SRC_ALPHA}, 1};
+    std::uint32_t hasSampling = 0; ///< 0: the texture is read in its own way, else as follows
+    TextureSampling sampling;
 };
 /// The projection and the point of eye space that is subtracted from everything before it is sent as floats, so that
 /// scenes far from the origin keep their precision. The matrix takes eye coordinates without that point.
@@ -202,8 +226,8 @@ inline constexpr std::size_t Count = PerspectiveRow + 1;
 } // namespace StateItem
 
 /// A set of groups, one bit each.
-using StateMask = std::uint32_t;
-static_assert(StateItem::Count <= 32);
+using StateMask = std::uint64_t;
+static_assert(StateItem::Count <= 64);
 
 constexpr StateMask StateBit(std::size_t p_item) {
     return StateMask(1) << p_item;
@@ -236,6 +260,14 @@ struct QOR_FRAMEWORK_API State {
     EnableBit::Type enables = 0;
 
     bool IsEnabled(EnableBit::Type p_bit) const { return (enables & p_bit) != 0; }
+    /// True when the unit changes colours: it is on and has a texture.
+    bool IsTextured(std::size_t p_unit) const {
+        return IsEnabled(EnableBit::Texture0 << p_unit) && textures[p_unit].texture != 0;
+    }
+    /// How many units, counted from the first, a draw must take texture coordinates for; 0 when nothing is textured.
+    std::size_t UsedTextureUnits() const;
+    /// True when lines have gaps.
+    bool IsLineStippled() const { return IsEnabled(EnableBit::LineStipple) && line.stipplePattern != 0xFFFF; }
     /// The bytes of a group.
     std::byte* Item(std::size_t p_item);
     std::byte const* Item(std::size_t p_item) const;

@@ -1,6 +1,7 @@
 #include "framework/ogl/Text.h"
 
 #include "framework/ogl/Agl.h"
+#include "framework/ogl/Bind.h"
 #include "framework/ogl/PushAttribScope.h"
 
 #include "framework/assets/TextDecoder.h"
@@ -175,14 +176,21 @@ int Text::BlockTop(Assets::TextLayout const& p_layout, Bounds const& p_bounds) c
 
 void Text::DrawQuads(Agl& p_agl, double p_depth) {
     PushAttribScope const saved(p_agl, AGL_ALL_ATTRIB_BITS);
-    for (Token const capability : {AGL_LIGHTING, AGL_CULL_FACE, AGL_POLYGON_STIPPLE}) {
+    Bind<Shader> const shader(p_agl, std::shared_ptr<Shader const>());
+    for (Token const capability : {AGL_LIGHTING, AGL_CULL_FACE, AGL_POLYGON_STIPPLE, AGL_POLYGON_OFFSET_FILL}) {
         p_agl.Disable(capability);
     }
-    p_agl.ActiveTexture(AGL_TEXTURE1);
-    p_agl.Disable(AGL_TEXTURE_2D);
+    for (Token unit = p_agl.GetMaxTextures() - 1; unit > 0; --unit) {
+        p_agl.ActiveTexture(AGL_TEXTURE0 + unit);
+        p_agl.Disable(AGL_TEXTURE_2D);
+    }
     p_agl.ActiveTexture(AGL_TEXTURE0);
     p_agl.Enable(AGL_TEXTURE_2D);
     p_agl.TexEnv(AGL_TEXTURE_ENV_MODE, AGL_MODULATE);
+    p_agl.TexSampling(std::nullopt);
+    p_agl.MatrixMode(AGL_TEXTURE);
+    p_agl.PushMatrix();
+    p_agl.LoadIdentity();
     p_agl.Enable(AGL_BLEND);
     p_agl.BlendEquation(AGL_FUNC_ADD);
     p_agl.BlendFunc(AGL_SRC_ALPHA, AGL_ONE_MINUS_SRC_ALPHA);
@@ -214,6 +222,7 @@ void Text::DrawQuads(Agl& p_agl, double p_depth) {
         }
         p_agl.End();
     }
+    p_agl.PopMatrix();
 }
 
 } // namespace Qor::Chart::Ogl

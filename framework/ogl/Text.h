@@ -60,8 +60,8 @@ public:
     Types::Size Extents(std::wstring_view p_text, int p_width = Assets::TextLayout::Unlimited);
 
     /// Draws a text inside a rectangle, both in pixels of the device as after `Agl::Ortho2D`, at a depth between -1 (far) and
-    /// 1 (near). Depth test, stencil test and scissor box are the caller's; all other state is set and brought back. Not
-    /// allowed between `Begin` and `End`. A rectangle that is empty or not finite draws nothing.
+    /// 1 (near). Depth test, stencil test, scissor box and clip planes are the caller's; all other state
+    /// is set and brought back. Not allowed between `Begin` and `End`. A rectangle that is empty or not finite draws nothing.
     void Draw(Agl& p_agl, std::string_view p_text, Types::Viewport<0> const& p_rectangle, double p_depth = 0);
     void Draw(Agl& p_agl, std::wstring_view p_text, Types::Viewport<0> const& p_rectangle, double p_depth = 0);
 

@@ -2,21 +2,11 @@
 
 #include "framework/Export.h"
 #include "framework/ogl/DeviceResource.h"
-#include "framework/ogl/Tokens.h"
+#include "framework/ogl/TextureSampling.h"
 
 #include <QImage>
 
 namespace Qor::Chart::Ogl {
-
-/// How a texture is read between and beyond its pixels. The defaults suit an image on a screen.
-struct TextureSampling {
-    Token minification = Tokens::AGL_LINEAR; ///< AGL_NEAREST, AGL_LINEAR or AGL_LINEAR_MIPMAP_LINEAR
-    Token magnification = Tokens::AGL_LINEAR; ///< AGL_NEAREST or AGL_LINEAR
-    Token wrapS = Tokens::AGL_CLAMP_TO_EDGE; ///< AGL_REPEAT, AGL_MIRRORED_REPEAT or AGL_CLAMP_TO_EDGE
-    Token wrapT = Tokens::AGL_CLAMP_TO_EDGE;
-
-    constexpr bool operator==(TextureSampling const&) const = default;
-};
 
 /// An image that texture units read. Texture coordinate (0, 0) is the lower left corner of the image as it is seen,
 /// (1, 1) the upper right. Never changes after construction; shared by handle. The device's copy is made on the first draw

@@ -57,6 +57,7 @@ inline constexpr Token AGL_TEXTURE_MATRIX = 0x0BA8;
 /// Capabilities of `Agl::Enable`.
 inline constexpr Token AGL_POINT_SMOOTH = 0x0B10;
 inline constexpr Token AGL_LINE_SMOOTH = 0x0B20;
+inline constexpr Token AGL_LINE_STIPPLE = 0x0B24;
 inline constexpr Token AGL_POLYGON_STIPPLE = 0x0B42;
 inline constexpr Token AGL_CULL_FACE = 0x0B44;
 inline constexpr Token AGL_LIGHTING = 0x0B50;
@@ -68,6 +69,9 @@ inline constexpr Token AGL_RESCALE_NORMAL = 0x803A;
 inline constexpr Token AGL_BLEND = 0x0BE2;
 inline constexpr Token AGL_SCISSOR_TEST = 0x0C11;
 inline constexpr Token AGL_TEXTURE_2D = 0x0DE1;
+inline constexpr Token AGL_POLYGON_OFFSET_POINT = 0x2A01;
+inline constexpr Token AGL_POLYGON_OFFSET_LINE = 0x2A02;
+inline constexpr Token AGL_POLYGON_OFFSET_FILL = 0x8037;
 inline constexpr Token AGL_CLIP_PLANE0 = 0x3000;
 inline constexpr Token AGL_LIGHT0 = 0x4000;
 
@@ -145,19 +149,55 @@ inline constexpr Token AGL_FUNC_REVERSE_SUBTRACT = 0x800B;
 /// Texture units and texture environments (with `AGL_REPLACE` and `AGL_BLEND`).
 inline constexpr Token AGL_TEXTURE0 = 0x84C0;
 inline constexpr Token AGL_TEXTURE1 = 0x84C1;
+inline constexpr Token AGL_TEXTURE2 = 0x84C2;
+inline constexpr Token AGL_TEXTURE3 = 0x84C3;
 inline constexpr Token AGL_TEXTURE_ENV_MODE = 0x2200;
 inline constexpr Token AGL_TEXTURE_ENV_COLOR = 0x2201;
 inline constexpr Token AGL_MODULATE = 0x2100;
 inline constexpr Token AGL_DECAL = 0x2101;
 inline constexpr Token AGL_ADD = 0x0104;
+inline constexpr Token AGL_COMBINE = 0x8570;
+
+/// The combine environment: its parameters for each part of the colour, its functions (with `AGL_REPLACE`,
+/// `AGL_MODULATE` and `AGL_ADD`) and the sources of its arguments (with `AGL_TEXTURE`, the unit's own texture, and
+/// `AGL_TEXTURE0 + i`, that of unit i). Parameters of argument n follow those of argument 0; operands are `AGL_SRC_COLOR`
+/// to `AGL_ONE_MINUS_SRC_ALPHA`.
+inline constexpr Token AGL_COMBINE_RGB = 0x8571;
+inline constexpr Token AGL_COMBINE_ALPHA = 0x8572;
+inline constexpr Token AGL_RGB_SCALE = 0x8573;
+inline constexpr Token AGL_ALPHA_SCALE = 0x0D1C;
+inline constexpr Token AGL_SOURCE0_RGB = 0x8580;
+inline constexpr Token AGL_SOURCE1_RGB = 0x8581;
+inline constexpr Token AGL_SOURCE2_RGB = 0x8582;
+inline constexpr Token AGL_SOURCE0_ALPHA = 0x8588;
+inline constexpr Token AGL_SOURCE1_ALPHA = 0x8589;
+inline constexpr Token AGL_SOURCE2_ALPHA = 0x858A;
+inline constexpr Token AGL_OPERAND0_RGB = 0x8590;
+inline constexpr Token AGL_OPERAND1_RGB = 0x8591;
+inline constexpr Token AGL_OPERAND2_RGB = 0x8592;
+inline constexpr Token AGL_OPERAND0_ALPHA = 0x8598;
+inline constexpr Token AGL_OPERAND1_ALPHA = 0x8599;
+inline constexpr Token AGL_OPERAND2_ALPHA = 0x859A;
+inline constexpr Token AGL_ADD_SIGNED = 0x8574;
+inline constexpr Token AGL_INTERPOLATE = 0x8575;
+inline constexpr Token AGL_SUBTRACT = 0x84E7;
+inline constexpr Token AGL_DOT3_RGB = 0x86AE;
+inline constexpr Token AGL_DOT3_RGBA = 0x86AF;
+inline constexpr Token AGL_CONSTANT = 0x8576;
+inline constexpr Token AGL_PRIMARY_COLOR = 0x8577;
+inline constexpr Token AGL_PREVIOUS = 0x8578;
 
 /// Texture filters and wraps.
 inline constexpr Token AGL_NEAREST = 0x2600;
 inline constexpr Token AGL_LINEAR = 0x2601;
+inline constexpr Token AGL_NEAREST_MIPMAP_NEAREST = 0x2700;
+inline constexpr Token AGL_LINEAR_MIPMAP_NEAREST = 0x2701;
+inline constexpr Token AGL_NEAREST_MIPMAP_LINEAR = 0x2702;
 inline constexpr Token AGL_LINEAR_MIPMAP_LINEAR = 0x2703;
 inline constexpr Token AGL_REPEAT = 0x2901;
 inline constexpr Token AGL_MIRRORED_REPEAT = 0x8370;
 inline constexpr Token AGL_CLAMP_TO_EDGE = 0x812F;
+inline constexpr Token AGL_CLAMP_TO_BORDER = 0x812D;
 
 } // namespace Tokens
 } // namespace Qor::Chart::Ogl

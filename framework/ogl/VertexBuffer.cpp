@@ -24,8 +24,9 @@ VertexBuffer::VertexBuffer(VertexData p_data) : _data(std::move(p_data)) {
     _info.flags[AttributeInfo::Position] = size != 0;
     _info.flags[AttributeInfo::Normal] = Accept(_data.normals, size);
     _info.flags[AttributeInfo::Color] = Accept(_data.colors, size);
-    _info.flags[AttributeInfo::TexCoord0] = Accept(_data.texCoords[0], size);
-    _info.flags[AttributeInfo::TexCoord1] = Accept(_data.texCoords[1], size);
+    for (std::size_t unit = 0; unit < TextureUnitCount; ++unit) {
+        _info.flags[AttributeInfo::TexCoord0 + unit] = Accept(_data.texCoords[unit], size);
+    }
     for (Types::Vector3_Base<float> const& position : _data.positions) {
         _bounds.Add(Types::Vector3_Base<double>(position));
     }

@@ -2,6 +2,7 @@
 
 #include "framework/Export.h"
 #include "framework/ogl/DeviceResource.h"
+#include "framework/ogl/State.h"
 #include "framework/types/BoundingBox.h"
 #include "framework/types/Color4f.h"
 #include "framework/types/Vector3.h"
@@ -19,9 +20,9 @@ struct AttributeInfo {
     static constexpr std::size_t Position = 0;
     static constexpr std::size_t Normal = 1;
     static constexpr std::size_t Color = 2;
-    static constexpr std::size_t TexCoord0 = 3;
+    static constexpr std::size_t TexCoord0 = 3; ///< and one more for each further texture unit
     static constexpr std::size_t TexCoord1 = 4;
-    static constexpr std::size_t Count = 5;
+    static constexpr std::size_t Count = TexCoord0 + TextureUnitCount;
 
     std::bitset<Count> flags;
 
@@ -33,7 +34,7 @@ struct VertexData {
     std::vector<Types::Vector3_Base<float>> positions; ///< in object coordinates
     std::vector<Types::Vector3_Base<float>> normals; ///< in object coordinates, of length 1
     std::vector<Types::Color4f> colors;
-    std::array<std::vector<Types::Vector4_Base<float>>, 2> texCoords; ///< s, t, r, q of the two texture units
+    std::array<std::vector<Types::Vector4_Base<float>>, TextureUnitCount> texCoords; ///< s, t, r, q for each unit
 };
 
 /// The vertices of a shape, kept in memory for picking and copied to a device when they are first drawn there. It never

@@ -1,5 +1,7 @@
 #include "tests/framework/ogl/RecordedAgl.h"
 
+#include "framework/types/TextureUnit.h"
+
 #include <functional>
 #include <random>
 #include <string>
@@ -33,6 +35,10 @@ std::vector<Attribute> Attributes() {
             [](State const& p) { return p.currentColor.color.red; }},
         {"line width", AGL_LINE_BIT, [=](Agl& p, int v) { p.LineWidth(value(v)); },
             [](State const& p) { return p.line.width; }},
+        {"line stipple", AGL_LINE_BIT, [](Agl& p, int v) { p.LineStipple(v % 256 + 1, 0xFF); },
+            [](State const& p) { return float(p.line.stippleFactor); }},
+        {"polygon offset", AGL_POLYGON_BIT, [=](Agl& p, int v) { p.PolygonOffset(value(v), 0); },
+            [](State const& p) { return p.polygon.offsetFactor; }},
         {"polygon mode", AGL_POLYGON_BIT, [](Agl& p, int v) { p.PolygonMode(AGL_BACK, AGL_POINT + Token(v) % 3); },
             [](State const& p) { return float(p.polygon.backMode); }},
         {"light 3", AGL_LIGHTING_BIT, [=](Agl& p, int v) { p.Light(AGL_LIGHT0 + 3, AGL_LINEAR_ATTENUATION, value(v)); },
@@ -52,6 +58,18 @@ std::vector<Attribute> Attributes() {
         {"texture environment", AGL_TEXTURE_BIT,
             [](Agl& p, int v) { p.TexEnv(AGL_TEXTURE_ENV_COLOR, Types::Color4f(float(v), 0, 0)); },
             [](State const& p) { return p.textures[0].environmentColor.red; }},
+        {"combiner", AGL_TEXTURE_BIT,
+            [](Agl& p, int v) { p.TexEnv(AGL_SOURCE1_RGB, Token(v % 2 != 0 ? AGL_CONSTANT : AGL_TEXTURE0)); },
+            [](State const& p) { return float(p.textures[0].combineRgb.sources[1]); }},
+        {"texture unit 3", AGL_TEXTURE_BIT | AGL_ENABLE_BIT,
+            [](Agl& p, int v) {
+                Types::TextureUnit unit;
+                unit.enabled = v % 2 != 0;
+                p.Apply(AGL_TEXTURE3, unit, nullptr);
+            },
+            enabled(EnableBit::Texture0 << 3)},
+        {"dashes", AGL_LINE_BIT | AGL_ENABLE_BIT, enable(AGL_LINE_STIPPLE), enabled(EnableBit::LineStipple)},
+        {"offset", AGL_POLYGON_BIT | AGL_ENABLE_BIT, enable(AGL_POLYGON_OFFSET_LINE), enabled(EnableBit::OffsetLine)},
         {"lighting", AGL_LIGHTING_BIT | AGL_ENABLE_BIT, enable(AGL_LIGHTING), enabled(EnableBit::Lighting)},
         {"depth test", AGL_DEPTH_BUFFER_BIT | AGL_ENABLE_BIT, enable(AGL_DEPTH_TEST), enabled(EnableBit::DepthTest)},
         {"blend", AGL_COLOR_BUFFER_BIT | AGL_ENABLE_BIT, enable(AGL_BLEND), enabled(EnableBit::Blend)},
@@ -108,6 +126,10 @@ TEST(AglState, mistakesAreReportedInWordsAndChangeNothing) {
         {"Enable: 0x1234 is not a constant", [](Agl& p) { p.Enable(0x1234); }},
         {"Light: the value is out of range", [](Agl& p) { p.Light(AGL_LIGHT0, AGL_SPOT_CUTOFF, 91.0F); }},
         {"LineWidth: the width must be greater", [](Agl& p) { p.LineWidth(0); }},
+        {"TexEnv: the scale must be", [](Agl& p) { p.TexEnv(AGL_RGB_SCALE, 3.0F); }},
+        {"TexEnv: 0x86AE", [](Agl& p) { p.TexEnv(AGL_COMBINE_ALPHA, AGL_DOT3_RGB); }},
+        {"TexSampling: a filter", [](Agl& p) { p.TexSampling(TextureSampling{AGL_REPEAT}); }},
+        {"ActiveTexture: 0x84C4", [](Agl& p) { p.ActiveTexture(AGL_TEXTURE3 + 1); }},
         {"PolygonMode: 0x0000", [](Agl& p) { p.PolygonMode(AGL_FRONT, 0); }},
         {"ClipPlane: the model-view matrix has no inverse",
             [](Agl& p) { p.Scale(0, 1, 1), p.ClipPlane(AGL_CLIP_PLANE0, Agl::Vector4(1, 0, 0, 0)); }},

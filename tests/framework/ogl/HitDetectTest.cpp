@@ -2,6 +2,9 @@
 
 #include "framework/ogl/AutoNameLoader.h"
 #include "framework/ogl/HitDetect.h"
+#include "framework/ogl/Text.h"
+
+#include "framework/assets/Resource.h"
 
 #include <functional>
 #include <limits>
@@ -150,6 +153,24 @@ TEST(HitDetect, nothingReachesTheBackEndAndAllComesBack) {
     EXPECT_EQ(agl.CheckError(), "");
     ASSERT_EQ(commands.size(), 1U) << "the draws before and after the pick still merge";
     EXPECT_EQ(commands[0].instances.size(), 2U);
+}
+
+// A text counts where its glyphs are, with no more than their rectangles.
+TEST(HitDetect, textIsTestedInsteadOfDrawn) {
+    std::vector<Assets::FontFile> const fonts = Assets::Resource().FontSet("");
+    if (fonts.empty()) {
+        GTEST_SKIP() << "no font is installed";
+    }
+    RecordedAgl recorded;
+    auto const text = recorded.agl.GenFont(fonts, 40);
+    Types::Size const size = text->Extents("HH");
+    for (auto const& [x, hits] : {std::pair(20, 1U), {10 + size.width + 20, 0U}}) {
+        auto const draw = [&](Agl& p_agl, HitDetect&) { text->Draw(p_agl, "HH", Types::Viewport<0>(10, 20, 200, 60)); };
+        auto const pixels = Types::Matrix4::Ortho(0, 100, 0, 100, -1, 1);
+        EXPECT_EQ(PickAt(recorded, {x, 60}, draw, {1, 1}, pixels).size(), hits) << x;
+    }
+    EXPECT_TRUE(recorded.Take().empty());
+    EXPECT_EQ(recorded.agl.CheckError(), "");
 }
 
 TEST(HitDetect, innerScopeGetsWhatIsDrawn) {

@@ -30,7 +30,7 @@ std::vector<GLint> HostNumbers(bool p_compatibility) {
         GL_BLEND_DST_ALPHA, GL_BLEND_EQUATION_RGB, GL_DEPTH_FUNC, GL_DEPTH_WRITEMASK, GL_CULL_FACE_MODE, GL_FRONT_FACE,
         GL_PROVOKING_VERTEX, GL_STENCIL_FUNC, GL_STENCIL_BACK_REF, GL_STENCIL_WRITEMASK, GL_STENCIL_CLEAR_VALUE,
         GL_LINE_WIDTH, GL_DRAW_FRAMEBUFFER_BINDING, GL_READ_FRAMEBUFFER_BINDING, GL_VIEWPORT, GL_SCISSOR_BOX,
-        GL_COLOR_WRITEMASK, GL_COLOR_CLEAR_VALUE, GL_POLYGON_MODE};
+        GL_COLOR_WRITEMASK, GL_COLOR_CLEAR_VALUE, GL_SAMPLER_BINDING, GL_POLYGON_OFFSET_FACTOR, GL_POLYGON_MODE};
     if (p_compatibility) {
         names.insert(names.end(), {0x0BC0 /* alpha test */, 0x0B42 /* polygon stipple */, 0x8861 /* point sprite */});
     }
@@ -46,14 +46,17 @@ std::vector<GLint> HostNumbers(bool p_compatibility) {
 TEST_P(OpenGlLife, aFrameLeavesTheHostsStateAsItWas) {
     agl->Flush();
     bool const isCompatibility = GetParam() == Context::Profile::Compatibility;
-    GLuint buffer = 0, array = 0, texture = 0;
+    GLuint buffer = 0, array = 0, texture = 0, sampler = 0;
     glGenBuffers(1, &buffer);
     glGenVertexArrays(1, &array);
     glGenTextures(1, &texture);
+    glGenSamplers(1, &sampler);
     glBindVertexArray(array);
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
-    glActiveTexture(GL_TEXTURE1);
+    glActiveTexture(GL_TEXTURE3);
     glBindTexture(GL_TEXTURE_2D, texture);
+    glBindSampler(3, sampler);
+    glPolygonOffset(5, 6);
     for (GLenum const capability :
         {GL_CULL_FACE, GL_STENCIL_TEST, GL_CLIP_DISTANCE0 + 7, GL_COLOR_LOGIC_OP, GL_PRIMITIVE_RESTART}) {
         glEnable(capability);
@@ -84,9 +87,12 @@ TEST_P(OpenGlLife, aFrameLeavesTheHostsStateAsItWas) {
     image.fill(Qt::white);
     agl->BeginFrame();
     agl->Enable(AGL_BLEND);
-    agl->Enable(AGL_TEXTURE_2D);
     agl->Enable(AGL_CLIP_PLANE0);
+    agl->PolygonOffset(1, 1);
+    agl->ActiveTexture(AGL_TEXTURE3);
+    agl->Enable(AGL_TEXTURE_2D);
     agl->BindTexture(std::make_shared<Texture const>(image));
+    agl->TexSampling(TextureSampling());
     agl->LineWidth(3);
     EXPECT_EQ(DrawSquare(*agl, MakeSquare(*agl)), QColor(255, 0, 0)) << "the host's state does not disturb the frame";
     Line({0, 0, 0}, {10, 10, 0});

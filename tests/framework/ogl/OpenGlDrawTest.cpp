@@ -1,9 +1,11 @@
 #include "tests/framework/ogl/GlTest.h"
 
 #include "framework/ogl/PushAttribScope.h"
+#include "framework/types/TextureUnit.h"
 
 #include <cmath>
 #include <functional>
+#include <map>
 #include <random>
 #include <set>
 #include <tuple>
@@ -16,6 +18,7 @@ using Types::Color4f;
 using Types::Matrix4;
 using Vector3 = Agl::Vector3;
 using Vector4 = Agl::Vector4;
+using Indices = std::vector<std::uint32_t>;
 
 class OpenGlDraw : public GlTest {
 public:
@@ -168,6 +171,70 @@ TEST_P(OpenGlDraw, wideLinesAreAsWideAsTheySay) {
             Reset(*agl);
             Line(from, to);
             EXPECT_EQ(CountDrawn(Picture()), 40 * width) << to << ", wide in y where flatter than steep";
+        }
+    }
+}
+
+// Walks along lines between centres of pixels and tells which of them the pattern shows.
+TEST_P(OpenGlDraw, lineStippleGoesOnAroundCornersAndStartsAnewWithEachPrimitive) {
+    constexpr int factor = 3;
+    constexpr std::uint32_t pattern = 0x2C9D;
+    std::vector<QPoint> const path = {{5, 5}, {50, 5}, {50, 40}, {20, 40}, {20, 55}, {9, 55}};
+    struct Case {
+        Token kind;
+        std::vector<std::vector<int>> chains; ///< numbers of points, in the order in which the pattern goes along them
+    };
+    agl->PolygonMode(AGL_FRONT_AND_BACK, AGL_LINE);
+    agl->LineStipple(factor, pattern);
+    agl->Enable(AGL_LINE_STIPPLE);
+    for (Case const& test : {Case{AGL_LINES, {{0, 1}, {2, 3}, {4, 5}}}, Case{AGL_LINE_STRIP, {{0, 1, 2, 3, 4, 5}}},
+             Case{AGL_LINE_LOOP, {{0, 1, 2, 3, 4, 5, 0}}}, Case{AGL_POLYGON, {{0, 1, 2, 3, 4, 5, 0}}}}) {
+        std::map<std::pair<int, int>, bool> expected;
+        for (std::vector<int> const& chain : test.chains) {
+            int count = 0;
+            for (std::size_t i = 1; i < chain.size(); ++i) {
+                QPoint const from = path[std::size_t(chain[i - 1])];
+                QPoint const along = path[std::size_t(chain[i])] - from;
+                int const size = std::max(std::abs(along.x()), std::abs(along.y()));
+                for (int step = 0; along.x() * along.y() == 0 && step < size; ++step, ++count) {
+                    expected[{from.x() + along.x() * step / size, from.y() + along.y() * step / size}] =
+                        ((pattern >> (count / factor % 16)) & 1) != 0;
+                }
+            }
+        }
+        VertexData data;
+        Indices indices;
+        for (QPoint const& point : path) {
+            data.positions.emplace_back(float(point.x()) + 0.5F, float(point.y()) + 0.5F, 0.0F);
+            indices.push_back(std::uint32_t(indices.size()));
+        }
+        data.colors.assign(path.size(), Color4f(1, 1, 1));
+        auto const shape = MakeShape(*agl, test.kind, data, indices);
+        for (auto const& [width, isBuffer] : {std::pair(1, false), {1, true}, {3, true}}) {
+            Reset(*agl);
+            agl->LineWidth(float(width));
+            agl->Color(isBuffer ? QColor(Qt::blue) : QColor(Qt::white));
+            if (isBuffer) {
+                agl->Draw(shape);
+            } else {
+                DrawImmediate(*agl, test.kind, {data.positions.begin(), data.positions.end()});
+            }
+            QImage const picture = Picture();
+            int wrong = 0;
+            int shown = 0;
+            for (auto const& [at, isShown] : expected) {
+                // Wide lines cover each other's ends.
+                bool const isEnd =
+                    std::any_of(path.begin(), path.end(), [&, x = at.first, y = at.second](QPoint const& p) {
+                        return (p - QPoint(x, y)).manhattanLength() < 4;
+                    });
+                bool const isDrawn = At(picture, at.first, at.second) == QColor(Qt::white);
+                wrong += (width == 1 || !isEnd) && isDrawn != isShown ? 1 : 0;
+                shown += isShown ? 1 : 0;
+            }
+            bool const isOpen = test.kind == AGL_LINES || test.kind == AGL_LINE_STRIP;
+            EXPECT_TRUE(width > 1 || !isOpen || CountDrawn(picture) == shown) << "something beside the lines";
+            EXPECT_EQ(wrong, 0) << "kind " << test.kind << ", width " << width << ", buffer " << isBuffer;
         }
     }
 }
@@ -397,6 +464,111 @@ TEST_P(OpenGlDraw, textureEnvironmentsCombineAsTheySay) {
         }
         agl->Disable(AGL_TEXTURE_2D);
     }
+}
+
+// Random combiners of up to four units, computed here once more.
+TEST_P(OpenGlDraw, combinersComputeTheirFormulas) {
+    using Unit = Types::TextureUnit;
+    using Function = Unit::CombineFunction;
+    std::mt19937 engine(11);
+    auto const pick = [&](auto const& p_choices) { return p_choices[engine() % p_choices.size()]; };
+    auto const color = [&] {
+        std::array<float, 4> c{};
+        std::generate(c.begin(), c.end(), [&] { return float(engine() % 256) / 255; });
+        return Color4f(c[0], c[1], c[2], c[3]);
+    };
+    std::array const functions = {Function::Replace, Function::Modulate, Function::Add, Function::AddSigned,
+        Function::Interpolate, Function::Subtract, Function::Dot3Rgb, Function::Dot3Rgba};
+    for (int run = 0; run < 30; ++run) {
+        PushAttribScope const saved(*agl, AGL_ALL_ATTRIB_BITS);
+        std::array<Unit, 4> units;
+        std::array<Color4f, 4> texels;
+        std::array<std::shared_ptr<Texture const>, 4> textures;
+        auto const randomise = [&](Unit::Combiner& p_combiner, bool p_isRgb) {
+            p_combiner.function = p_isRgb ? pick(functions) : functions[engine() % 6];
+            p_combiner.scale = float(1 << (engine() % 3));
+            for (std::size_t i = 0; i < 3; ++i) {
+                p_combiner.sources[i] = Unit::Source(pick(std::array{
+                    AGL_TEXTURE, AGL_CONSTANT, AGL_PRIMARY_COLOR, AGL_PREVIOUS, AGL_TEXTURE0, AGL_TEXTURE2}));
+                p_combiner.operands[i] = Unit::Operand(AGL_SRC_ALPHA + engine() % 2 - (p_isRgb ? engine() % 2 * 2 : 0));
+            }
+        };
+        for (std::size_t i = 0; i < 4; ++i) {
+            texels[i] = color();
+            QImage image(1, 1, QImage::Format_RGBA8888);
+            image.fill(texels[i].ToQColor());
+            textures[i] = std::make_shared<Texture const>(image);
+            units[i].enabled = true;
+            units[i].environment = Unit::Environment::Combine;
+            units[i].environmentColor = color();
+            randomise(units[i].combineRgb, true);
+            randomise(units[i].combineAlpha, false);
+            agl->Apply(AGL_TEXTURE0 + Token(i), units[i], textures[i]);
+        }
+        Color4f const primary = color();
+        Reset(*agl);
+        agl->Color(primary);
+        Rectangle(0, 0, 64, 64);
+        auto const at = [](Color4f const& p, int i) {
+            return i == 0 ? p.red : i == 1 ? p.green : i == 2 ? p.blue : p.alpha;
+        };
+        Color4f previous = primary;
+        for (std::size_t i = 0; i < 4; ++i) {
+            auto const argument = [&](Unit::Combiner const& p_combiner, std::size_t p_number, int p_channel) {
+                Token const source = Token(p_combiner.sources[p_number]);
+                Token const operand = Token(p_combiner.operands[p_number]);
+                Color4f const& c = source == AGL_CONSTANT ? units[i].environmentColor
+                    : source == AGL_PRIMARY_COLOR         ? primary
+                    : source == AGL_PREVIOUS              ? previous
+                                                          : texels[source == AGL_TEXTURE ? i : source - AGL_TEXTURE0];
+                float const value = at(c, operand >= AGL_SRC_ALPHA ? 3 : p_channel);
+                return operand % 2 != 0 ? 1 - value : value;
+            };
+            auto const combine = [&](Unit::Combiner const& p_combiner, int p_channel) {
+                auto const a = [&](std::size_t p_number) { return argument(p_combiner, p_number, p_channel); };
+                float dot = 0;
+                for (int channel = 0; channel < 3; ++channel) {
+                    dot += 4 * (argument(p_combiner, 0, channel) - 0.5F) * (argument(p_combiner, 1, channel) - 0.5F);
+                }
+                std::array const results = {a(0), a(0) * a(1), a(0) + a(1), a(0) + a(1) - 0.5F,
+                    a(0) * a(2) + a(1) * (1 - a(2)), a(0) - a(1), dot, dot};
+                return results[std::size_t(
+                    std::find(functions.begin(), functions.end(), p_combiner.function) - functions.begin())];
+            };
+            auto const scaled = [](float p_value, float p_scale) { return std::clamp(p_value * p_scale, 0.0F, 1.0F); };
+            Unit::Combiner const& rgb = units[i].combineRgb;
+            float const alpha = combine(rgb.function == Function::Dot3Rgba ? rgb : units[i].combineAlpha, 3);
+            previous = Color4f(scaled(combine(rgb, 0), rgb.scale), scaled(combine(rgb, 1), rgb.scale),
+                scaled(combine(rgb, 2), rgb.scale), scaled(alpha, units[i].combineAlpha.scale));
+        }
+        QColor const drawn = Middle();
+        EXPECT_TRUE(IsNear(drawn, previous.ToQColor(), 3)) << "run " << run;
+        EXPECT_NEAR(drawn.alphaF(), previous.alpha, 0.012) << "run " << run;
+    }
+}
+
+TEST_P(OpenGlDraw, aUnitMayReadItsTextureInAWayOfItsOwn) {
+    QImage image(64, 64, QImage::Format_RGBA8888);
+    for (int i = 0; i < 64 * 64; ++i) {
+        image.setPixelColor(i % 64, i / 64, (i + i / 64) % 2 != 0 ? QColor(Qt::white) : QColor(Qt::black));
+    }
+    auto const texture = std::make_shared<Texture const>(image, TextureSampling{AGL_NEAREST, AGL_NEAREST});
+    agl->BindTexture(texture);
+    agl->Enable(AGL_TEXTURE_2D);
+    auto const draw = [&](double p_s) {
+        Reset(*agl);
+        agl->TexCoord(p_s, 0.5);
+        Rectangle(0, 0, 64, 64);
+        return Middle();
+    };
+    QColor const own = draw(0.5);
+    EXPECT_TRUE(own == QColor(Qt::white) || own == QColor(Qt::black));
+    agl->TexSampling(TextureSampling{
+        AGL_LINEAR_MIPMAP_LINEAR, AGL_LINEAR, AGL_CLAMP_TO_BORDER, AGL_REPEAT, Color4f(1, 0, 0), 20, 1});
+    EXPECT_TRUE(IsNear(draw(0.5), Grey(0.5), 4)) << "the smallest image";
+    EXPECT_EQ(draw(3), QColor(255, 0, 0)) << "beyond the border";
+    agl->TexSampling(std::nullopt);
+    EXPECT_EQ(draw(0.5), own);
 }
 
 TEST_P(OpenGlDraw, smoothedTargetsMixPixelsAtEdges) {

@@ -65,12 +65,15 @@ std::shared_ptr<PrimitiveBuffer> MakeWaves(std::uint32_t p_side) {
     return MakeBuffer(Tokens::AGL_QUADS, std::move(positions), std::move(indices));
 }
 
-std::shared_ptr<PrimitiveBuffer> MakeCloud(Token p_kind, std::size_t p_size, double p_spread, Random& p_random) {
+std::shared_ptr<PrimitiveBuffer> MakeCloud(
+    Token p_kind, std::size_t p_size, double p_spread, Random& p_random, Vector3 const& p_scale = {1, 1, 1}) {
     std::vector<Types::Vector3_Base<float>> positions(p_size);
     Vector3 center;
     for (std::size_t i = 0; i < p_size; ++i) {
         center = i % 3 == 0 ? p_random.Point(1) : center;
-        positions[i] = Types::Vector3_Base<float>(center + p_random.Point(p_spread));
+        Vector3 const point = center + p_random.Point(p_spread);
+        positions[i] =
+            Types::Vector3_Base<float>(Vector3(point.x * p_scale.x, point.y * p_scale.y, point.z * p_scale.z));
     }
     std::vector<std::uint32_t> indices(p_size);
     std::iota(indices.begin(), indices.end(), 0U);
@@ -96,16 +99,24 @@ TEST(PrimitiveTree, findsWhatBruteForceFindsWithLittleMemory) {
     Random random(7);
     auto const waves = MakeWaves(225);
     PrimitiveTree const tree({waves->Vertices()->Data().positions, waves->Assembled(Pipeline::Triangles), 3});
-    EXPECT_LT(tree.Memory(), 225 * 225 * 2 * 16);
-    std::vector<std::pair<std::shared_ptr<PrimitiveBuffer>, int>> cases = {{waves, 60},
-        {MakeCloud(Tokens::AGL_LINES, 6000, 0.05, random), 400},
+    EXPECT_LT(tree.Memory(), 225 * 225 * 2 * 20);
+    struct Case {
+        std::shared_ptr<PrimitiveBuffer> buffer;
+        int turns;
+        double size = 1;
+    };
+    std::vector<Case> cases = {{waves, 60}, {MakeCloud(Tokens::AGL_LINES, 6000, 0.05, random), 400},
         {MakeCloud(Tokens::AGL_POINTS, 5000, 0.05, random), 400},
         {MakeCloud(Tokens::AGL_TRIANGLES, 7000, 0.1, random), 400},
-        {MakeCloud(Tokens::AGL_TRIANGLE_STRIP, 300, 0.5, random), 400}};
+        {MakeCloud(Tokens::AGL_TRIANGLE_STRIP, 300, 0.5, random), 400},
+        {MakeCloud(Tokens::AGL_POINTS, 100, 0, random, {0, 0, 0}), 100},
+        {MakeCloud(Tokens::AGL_TRIANGLES, 3000, 0.1, random, {0, 1, 1e-30}), 400},
+        {MakeCloud(Tokens::AGL_TRIANGLES, 3000, 0.1, random, {1e-37, 1e-37, 1e-37}), 400, 1e-37},
+        {MakeCloud(Tokens::AGL_TRIANGLES, 3000, 0.1, random, {3e38, 3e38, 3e38}), 400, 3e38}};
     for (std::size_t size = 1; size < 22; ++size) {
         cases.push_back({MakeCloud(Tokens::AGL_TRIANGLES, 3 * size, 1, random), 100});
     }
-    for (auto const& [buffer, turns] : cases) {
+    for (auto const& [buffer, turns, size] : cases) {
         int hits = 0;
         for (int turn = 0; turn < turns; ++turn) {
             State state = MakeState(random);
@@ -116,8 +127,9 @@ TEST(PrimitiveTree, findsWhatBruteForceFindsWithLittleMemory) {
             }
             Matrix4 const projection =
                 turn % 2 == 0 ? Matrix4::Perspective(60, 4.0 / 3, 0.1, 20) : Matrix4::Ortho(-2, 2, -1.5, 1.5, -4, 4);
-            Matrix4 const modelView =
-                Matrix4::Translation({0, 0, -random.In(0, 2)}) * Matrix4::Rotation(random.In(0, 360), random.Point(1));
+            Matrix4 const modelView = Matrix4::Translation({0, 0, -random.In(0, 2)}) *
+                Matrix4::Rotation(random.In(0, 360), random.Point(1)) *
+                Matrix4::Scaling({1 / size, 1 / size, 1 / size});
             double const x = random.In(100, 340);
             double const y = random.In(80, 240);
             double const reach = std::pow(10, random.In(0, 2.5));
