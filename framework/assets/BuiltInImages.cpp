@@ -28,6 +28,8 @@ struct Sign {
     std::span<Stroke const> strokes;
 };
 
+// Straight strokes run through 4k + 2, where they fill whole pixels when the signs are drawn 16 or 32 pixels wide.
+
 /// A window out of which an arrow leads.
 constexpr std::array PopOutStrokes{Stroke{30, 14, 10, 14}, Stroke{10, 14, 10, 54}, Stroke{10, 54, 50, 54},
     Stroke{50, 54, 50, 34}, Stroke{28, 36, 54, 10}, Stroke{38, 10, 54, 10}, Stroke{54, 10, 54, 26}};
@@ -36,13 +38,13 @@ constexpr std::array DetachStrokes{Stroke{10, 26, 38, 26}, Stroke{38, 26, 38, 54
     Stroke{10, 54, 10, 26}, Stroke{26, 18, 26, 10}, Stroke{26, 10, 54, 10}, Stroke{54, 10, 54, 38},
     Stroke{54, 38, 46, 38}};
 /// A box in parallel projection: the edges to the back are parallel.
-constexpr std::array OrthoStrokes{Stroke{8, 24, 40, 24}, Stroke{40, 24, 40, 56}, Stroke{40, 56, 8, 56},
-    Stroke{8, 56, 8, 24}, Stroke{8, 24, 24, 8}, Stroke{40, 24, 56, 8}, Stroke{40, 56, 56, 40}, Stroke{24, 8, 56, 8},
-    Stroke{56, 8, 56, 40}};
+constexpr std::array OrthoStrokes{Stroke{10, 22, 42, 22}, Stroke{42, 22, 42, 54}, Stroke{42, 54, 10, 54},
+    Stroke{10, 54, 10, 22}, Stroke{10, 22, 22, 10}, Stroke{42, 22, 54, 10}, Stroke{42, 54, 54, 42},
+    Stroke{22, 10, 54, 10}, Stroke{54, 10, 54, 42}};
 /// A box in perspective: the back is smaller, the edges to it run together.
-constexpr std::array PerspectiveStrokes{Stroke{8, 20, 44, 20}, Stroke{44, 20, 44, 56}, Stroke{44, 56, 8, 56},
-    Stroke{8, 56, 8, 20}, Stroke{8, 20, 34, 10}, Stroke{44, 20, 54, 10}, Stroke{44, 56, 54, 30}, Stroke{34, 10, 54, 10},
-    Stroke{54, 10, 54, 30}};
+constexpr std::array PerspectiveStrokes{Stroke{10, 22, 42, 22}, Stroke{42, 22, 42, 54}, Stroke{42, 54, 10, 54},
+    Stroke{10, 54, 10, 22}, Stroke{10, 22, 34, 10}, Stroke{42, 22, 54, 10}, Stroke{42, 54, 54, 30},
+    Stroke{34, 10, 54, 10}, Stroke{54, 10, 54, 30}};
 
 constexpr std::array Signs{Sign{"PopOut", PopOutStrokes}, Sign{"Detach", DetachStrokes}, Sign{"Ortho", OrthoStrokes},
     Sign{"Perspective", PerspectiveStrokes}};

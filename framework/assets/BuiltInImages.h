@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <QImage>
 
 #include <string>
@@ -9,7 +11,7 @@ namespace Qor::Chart::Assets {
 
 /// The images that come with the library: white signs on nothing, to be coloured by whoever draws them. They are PopOut,
 /// Detach, Ortho and Perspective.
-class BuiltInImages {
+class QOR_FRAMEWORK_API BuiltInImages {
 public:
     /// The path under which an image is known; empty when there is none of that name.
     static std::string PathOf(std::string_view p_name);

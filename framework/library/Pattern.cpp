@@ -34,11 +34,28 @@ constexpr std::array<Pattern::Stipple, Levels + 1> MakePatterns() {
     return patterns;
 }
 
+constexpr Pattern::Stipple MakeHatch() {
+    Pattern::Stipple pattern{};
+    for (std::size_t row = 0; row < 32; ++row) {
+        for (std::size_t column = 0; column < 32; ++column) {
+            if ((column + 32 - row) % 8 < 3) {
+                pattern[row * 4 + column / 8] |= static_cast<unsigned char>(0x80U >> column % 8);
+            }
+        }
+    }
+    return pattern;
+}
+
 } // namespace
 
 Pattern::Stipple const& Pattern::PolygonStipplePattern(int p_sixteenths) {
     static constexpr auto Patterns = MakePatterns();
     return Patterns[static_cast<std::size_t>(std::clamp(p_sixteenths, 0, Levels))];
+}
+
+Pattern::Stipple const& Pattern::HatchPattern() {
+    static constexpr auto Hatch = MakeHatch();
+    return Hatch;
 }
 
 } // namespace Qor::Chart::Library

@@ -15,6 +15,8 @@ public:
     /// An evenly spread pattern that lets p_sixteenths of every sixteen pixels through: 0 none, 16 all. Other numbers count
     /// as the nearer of the two. The pixels of a pattern are among those of every denser one.
     static Stipple const& PolygonStipplePattern(int p_sixteenths);
+    /// Diagonal stripes, rising to the right, that let three of every eight pixels through.
+    static Stipple const& HatchPattern();
 };
 
 } // namespace Qor::Chart::Library

@@ -30,9 +30,14 @@ struct ResourceTest : testing::Test {
         std::ofstream(folder + p_name) << p_text;
         return folder + p_name;
     }
-    std::string WriteImage(std::string const& p_name, int p_width) const {
-        EXPECT_TRUE(QImage(p_width, 4, QImage::Format_RGB32).save(QString::fromStdString(folder + p_name), "PNG"));
+    std::string WriteImage(std::string const& p_name, int p_width, char const* p_format = "PNG") const {
+        EXPECT_TRUE(QImage(p_width, 4, QImage::Format_RGB32).save(QString::fromStdString(folder + p_name), p_format));
         return folder + p_name;
+    }
+    std::string WriteHalf(std::string const& p_name) const {
+        std::string file = WriteImage(p_name, 50, p_name.substr(p_name.size() - 3).c_str());
+        fs::resize_file(file, fs::file_size(file) * 3 / 4);
+        return file;
     }
 };
 
@@ -50,10 +55,33 @@ TEST_F(ResourceTest, anImageIsSharedUntilItsLastUserGoesOrItsFileChanges) {
     EXPECT_EQ(cache.Size(), 0U);
 }
 
+TEST_F(ResourceTest, anImageInMemoryIsSharedUntilItsNameComesWithOtherBytes) {
+    auto const bytesOf = [&](int p_width) {
+        std::ifstream stream(WriteImage("file.png", p_width), std::ios::binary);
+        return std::string{std::istreambuf_iterator<char>(stream), {}};
+    };
+    auto const load = [&](std::string const& p_bytes) {
+        return cache.Image("blob 1", std::as_bytes(std::span(p_bytes)));
+    };
+    std::string const seven = bytesOf(7);
+    auto const image = load(seven);
+    EXPECT_EQ(load(seven), image);
+    EXPECT_EQ(load(bytesOf(8))->width(), 8);
+    EXPECT_EQ(image->width(), 7);
+    for (std::string const& broken : {std::string(), seven.substr(0, seven.size() / 2)}) {
+        EXPECT_THROW(load(broken), ImageError);
+    }
+}
+
 TEST_F(ResourceTest, oneSentenceTellsWhyAnImageCannotBeHad) {
     for (auto const& [path, reason] : {std::pair(folder + "missing.png", "no such file"),
              std::pair(folder, "is a folder"), std::pair(Write("broken.png", "\x89PNG\r\n\x1a\nno"), "complete image"),
-             std::pair(Write("empty.png", ""), "complete image"), std::pair(std::string(), "without a file name")}) {
+             std::pair(Write("empty.png", ""), "complete image"),
+             std::pair(WriteHalf("half.jpg"), "the end of its file is missing"),
+             std::pair(WriteHalf("half.bmp"), "the end of its file is missing"),
+             std::pair(WriteHalf("half.png"), "complete image"),
+             std::pair(Write("huge.pgm", "P6\n30000 30000\n255\n"), "save it in a smaller size"),
+             std::pair(std::string(), "without a file name")}) {
         try {
             cache.Image(path);
             FAIL() << path;
