@@ -259,6 +259,13 @@ protected:
         p_vis.DoTeardownOverlay(p_context, p_agl);
     }
 
+    static void Select(Vis& p_vis, SelectRecord const& p_record, Core::NodePath const& p_path, bool p_selected) {
+        p_vis.DoSelect(p_record, p_path, p_selected);
+    }
+    static void GetSelectRecords(Vis& p_vis, HitRecord const& p_hit, std::list<SelectRecord>& p_records) {
+        p_vis.GetSelectRecords(p_hit, p_records);
+    }
+
     static ExplicitModificationTracker& Tracker(Vis& p_vis) noexcept { return p_vis._tracker; }
     static void ClearPendingUpdateAttempt(Vis& p_vis) noexcept { p_vis.ClearPendingUpdateAttempt(); }
     static void SetBoundingBox(Vis& p_vis, Types::BoundingBox_Base<double> const& p_box) noexcept {

@@ -3,13 +3,16 @@
 #include "framework/types/Pos.h"
 #include "render/Export.h"
 
+#include <boost/any.hpp>
+
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace Qor::Chart::Render {
 
-class EventDispatcher;
+class EventSink;
 struct HitRecord;
 
 /// What a handler is told of an event: where the pointer is, what is pressed, what was hit; and what it may ask of the
@@ -30,13 +33,14 @@ public:
     };
     /// Values of `key` that nodes know; a letter has the code of its capital.
     enum KeyCode : int {
+        KeyEscape = 27, ///< ends a drag
         KeyOrthographic = 79, ///< O
         KeyPerspective = 80, ///< P
     };
 
     /// @param p_sink  takes what the handler asks for; it outlives the call
     /// @param p_hit   the record of the receiving node, null when it was not hit; it outlives the call
-    EventInformation(EventDispatcher& p_sink, HitRecord const* p_hit) noexcept : _sink(p_sink), _hit(p_hit) {}
+    EventInformation(EventSink& p_sink, HitRecord const* p_hit) noexcept : _sink(p_sink), _hit(p_hit) {}
 
     Types::Pos position; ///< of the pointer, in framebuffer pixels of the window, origin in the lower left corner
     std::uint32_t button = 0; ///< the button that the event is about; 0 is the primary one
@@ -44,9 +48,10 @@ public:
     std::uint32_t modifiers = 0; ///< see ModifierMask
     int key = 0; ///< the key that the event is about; 0 for pointer events
     double scroll = 0.0; ///< notches of the wheel, away from the user is positive
+    boost::any dragged; ///< what is dragged in from outside, as the window gave it; empty otherwise
 
-    /// The host, for requests to draw, to update or to pass an event on.
-    EventDispatcher& Sink() const noexcept { return _sink; }
+    /// The host, for what the handler wants of it.
+    EventSink& Sink() const noexcept { return _sink; }
     /// What was hit of the receiving node; null when nothing was.
     HitRecord const* Hit() const noexcept { return _hit; }
 
@@ -58,16 +63,18 @@ public:
     int CallDelay() const noexcept { return _delay; }
     std::function<void()> const& LaterCall() const noexcept { return _call; }
 
-    /// Sets after which time without events the dispatcher takes the pointer to have left the node; 0 never does.
+    /// Sets after which time without events the dispatcher takes the pointer to have left the node; 0 never does. It holds
+    /// until it is set again or the pointer has left.
     void SetTimeOut(int p_milliseconds) noexcept { _timeOut = p_milliseconds; }
-    int TimeOut() const noexcept { return _timeOut; }
+    /// Nothing when it was not set.
+    std::optional<int> TimeOut() const noexcept { return _timeOut; }
 
 private:
-    EventDispatcher& _sink;
+    EventSink& _sink;
     HitRecord const* _hit;
     std::function<void()> _call;
     int _delay = 0;
-    int _timeOut = 0;
+    std::optional<int> _timeOut;
 };
 
 } // namespace Qor::Chart::Render

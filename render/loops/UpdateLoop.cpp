@@ -4,20 +4,17 @@
 #include "render/context/UpdateContext.h"
 #include "render/loops/FailureReport.h"
 #include "render/loops/Generator.h"
-#include "render/loops/NodeScope.h"
+#include "render/loops/UpdateRun.h"
 
 #include "framework/algorithms/DepthFirstSearch.h"
 #include "framework/core/Exceptions.h"
 #include "framework/model/ModelNode.h"
 #include "framework/model/Events.h"
-#include "framework/ogl/Agl.h"
 #include "framework/utility/Ensure.h"
 #include "framework/utility/Logger.h"
-#include "framework/utility/Scoped.h"
 
 #include <algorithm>
 #include <memory>
-#include <string>
 #include <unordered_set>
 #include <vector>
 
@@ -41,27 +38,6 @@ qordebug::channel const& NodeChannel() {
     Utility::GetLogger().err("cerr") << "Factory for \"" << p_model.TypeName() << "\" is not registered!";
 }
 
-/// Pushes all drawing attributes for as long as it lives, and takes back what hooks left on the graphics' stacks.
-class AttributeScope {
-public:
-    explicit AttributeScope(UpdateContext const& p_context) : _agl(p_context.Graphics()) {
-        _agl->PushAttrib(Ogl::Tokens::AGL_ALL_ATTRIB_BITS);
-        _depths = _agl->Depths();
-    }
-    ~AttributeScope() {
-        _agl->RestoreDepths(_depths);
-        _agl->PopAttrib();
-    }
-    /// Brings the graphics back to where every hook finds it, after one failed.
-    void Restore() { NodeScope::RestoreGraphics(*_agl, _depths); }
-    AttributeScope(AttributeScope const&) = delete;
-    AttributeScope& operator=(AttributeScope const&) = delete;
-
-private:
-    Utility::Scoped<Ogl::Agl> _agl;
-    Ogl::StackDepths _depths;
-};
-
 int ClampedLayer(Vis const& p_vis) noexcept {
     return std::clamp<int>(p_vis.GetLayer(), Vis::LowestLayer, Vis::HighestLayer);
 }
@@ -71,46 +47,6 @@ bool OnCycle(Core::Ptr<Vis> const& p_node) {
 }
 
 } // namespace
-
-/// What one traversal carries along.
-class UpdateLoop::Run {
-public:
-    Run(UpdateContext const& p_context, unsigned& p_visited, unsigned& p_updated)
-        : attributes(p_context), context(p_context), visited(p_visited), updated(p_updated) {}
-
-    AttributeScope attributes;
-    UpdateContext context;
-    std::vector<CallbackTypeBitSet> accumulators; ///< one per node on the path: what its children have work for
-    unsigned& visited;
-    unsigned& updated;
-    /// Whether the children being visited were just asked whether they are enabled. One of them that has not changed
-    /// since need not be asked again, which spares the way to its model node.
-    bool areChildrenFresh = false;
-    bool const isLogged = NodeChannel().enabled();
-    std::vector<std::uint16_t> typePath; ///< type numbers of the nodes on the path, for the log
-
-    /// Takes up what a hook threw; it is the exception that is being handled.
-    [[gnu::noinline, gnu::cold]] void Caught(
-        Vis const& p_vis, char const* p_stage, char const* p_signature, int p_line) {
-        attributes.Restore();
-        std::string const stage = std::string("UpdateLoop-") + p_stage;
-        FailureReport::Caught(
-            p_vis, context.Dispatcher(), context.Verbosity(), stage.c_str(), Utility::AtLine(p_signature, p_line));
-    }
-
-    void PassUp(CallbackTypeBitSet p_paths) {
-        if (!accumulators.empty())
-            accumulators.back() |= p_paths;
-    }
-
-    void Log(Vis const& p_vis) {
-        auto stream = Utility::GetLogger().out(NodeChannel());
-        stream << "\ttype-path: ";
-        for (std::uint16_t const type : typePath)
-            stream << '/' << type;
-        stream << "\n\tname-path: " << p_vis.GetPath();
-    }
-};
 
 /// What the steps of one node's update hand to each other.
 struct UpdateLoop::Step {
@@ -128,7 +64,7 @@ void UpdateLoop::operator()(
     Utility::GetLogger().out(FrameChannel()) << "Begin Update ..................................";
     {
         Core::DestructionScope const keepDroppedNodes;
-        Run run(p_context, p_visited, p_updated);
+        UpdateRun run(p_context, p_visited, p_updated);
         auto const updateNode = [&run](Core::Ptr<Vis> const& p_node, auto const& p_visitChildren) {
             return UpdateNode(p_node, p_visitChildren, run);
         };
@@ -142,7 +78,7 @@ void UpdateLoop::operator()(
 /// Updates one node and what is below it. This is the frame that the recursion repeats: it holds next to nothing, and
 /// everything that needs room stands in the steps that it calls.
 template <class ChildrenVisitor>
-bool UpdateLoop::UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const& p_visitChildren, Run& p_run) {
+bool UpdateLoop::UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const& p_visitChildren, UpdateRun& p_run) {
     Vis& vis = *p_node;
     bool const areSiblingsFresh = p_run.areChildrenFresh;
     Step step;
@@ -165,7 +101,7 @@ bool UpdateLoop::UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const&
 }
 
 /// Everything that comes before the children. False when there is nothing to do for the node or below it.
-[[gnu::noinline]] bool UpdateLoop::BeginNode(Vis& p_vis, Run& p_run, Step& p_step) {
+[[gnu::noinline]] bool UpdateLoop::BeginNode(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     ++p_run.visited;
     ExplicitModificationTracker const& tracker = Tracker(p_vis);
     bool const isModified = tracker.Modified();
@@ -176,10 +112,7 @@ bool UpdateLoop::UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const&
         return false;
     }
     SetEntered(p_vis);
-    if (p_run.isLogged) {
-        p_run.typePath.push_back(p_vis.TypeNumber());
-        p_run.Log(p_vis);
-    }
+    p_run.EnterLog(p_vis);
     SetHasActiveChildren(p_vis, false);
     if (tracker.OnlyCallbacksModified()) {
         ActivateChildren(p_vis, p_step); // one that was invalid or pending may have come back by such a change
@@ -193,7 +126,7 @@ bool UpdateLoop::UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const&
 }
 
 /// The hook runs twice: what it changes in the model may call for a second look. The second answer counts.
-void UpdateLoop::UpdateModel(Vis& p_vis, Run& p_run) {
+void UpdateLoop::UpdateModel(Vis& p_vis, UpdateRun& p_run) {
     if (!p_vis.IsValid() || p_vis.IsPending() || !p_vis.IsHandled(HandledUpdateModel))
         return;
     try {
@@ -211,7 +144,7 @@ void UpdateLoop::UpdateModel(Vis& p_vis, Run& p_run) {
 
 /// The changes of the child list reach the node like all others, but they are no reason to retry a node that the model
 /// hook made invalid or pending.
-void UpdateLoop::FollowModel(Vis& p_vis, Run& p_run, Step& p_step) {
+void UpdateLoop::FollowModel(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     ExplicitModificationTracker const& tracker = Tracker(p_vis);
     bool const wasValid = p_vis.IsValid();
     bool const wasPending = p_vis.IsPending();
@@ -252,7 +185,7 @@ void UpdateLoop::RemoveChildren(Vis& p_vis) {
 }
 
 void UpdateLoop::AddChildren(
-    Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, Run& p_run, Step& p_step) {
+    Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, UpdateRun& p_run, Step& p_step) {
     for (Core::Ptr<Model::ModelNode> const& model : p_models) {
         if (!p_run.context.Generator().IsRegistered(model)) {
             ReportMissingFactory(*model);
@@ -270,7 +203,7 @@ void UpdateLoop::AddChildren(
     }
 }
 
-void UpdateLoop::UpdateThis(Vis& p_vis, Run& p_run, Step& p_step) {
+void UpdateLoop::UpdateThis(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     bool const isSelfManaged = p_vis.IsFlagged(Vis::VisFlagSelfManaged);
     bool const isDue = p_vis.IsValid() && !p_vis.IsPending() && p_vis.IsHandled(HandledUpdate) &&
         (isSelfManaged || Tracker(p_vis).ExplicitModified());
@@ -280,7 +213,7 @@ void UpdateLoop::UpdateThis(Vis& p_vis, Run& p_run, Step& p_step) {
         ActivateChildren(p_vis, p_step);
 }
 
-void UpdateLoop::UpdateHook(Vis& p_vis, Run& p_run, Step& p_step) {
+void UpdateLoop::UpdateHook(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     ++p_run.updated;
     try {
         NodeStatus const status = VisHooks::Update(p_vis, p_run.context);
@@ -322,7 +255,7 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
 }
 
 /// Lets the node change the context for its subtree; a change that it did not complete is taken back.
-[[gnu::noinline]] void UpdateLoop::RefreshContext(Vis& p_vis, Run& p_run, Step& p_step) {
+[[gnu::noinline]] void UpdateLoop::RefreshContext(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     if (!p_vis.IsHandled(HandledRefreshUpdateContext))
         return;
     try {
@@ -336,7 +269,7 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
 }
 
 /// Takes up what the children's updates came to: which of them are active, their box and their passes.
-[[gnu::noinline]] void UpdateLoop::GatherChildren(Vis& p_vis, Run& p_run, Step& p_step) {
+[[gnu::noinline]] void UpdateLoop::GatherChildren(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     Box box;
     bool anyActive = false;
     bool isSorted = true;
@@ -413,7 +346,7 @@ void UpdateLoop::UpdateOptimalPaths(Vis& p_vis, CallbackTypeBitSet p_children) {
 }
 
 /// Tells the listeners of the model node that what was pending is done.
-[[gnu::noinline]] void UpdateLoop::ReportCompletion(Vis& p_vis, Run& p_run) {
+[[gnu::noinline]] void UpdateLoop::ReportCompletion(Vis& p_vis, UpdateRun& p_run) {
     auto const model = p_vis.SourceModel();
     if (!QOR_ENSURE_TEXT(!model.Expired(), "The weak pointer has expired!"))
         return;
@@ -428,7 +361,7 @@ void UpdateLoop::UpdateOptimalPaths(Vis& p_vis, CallbackTypeBitSet p_children) {
 }
 
 /// Everything that comes after the children, also for a node that turned pending or invalid.
-[[gnu::noinline]] void UpdateLoop::EndNode(Vis& p_vis, Run& p_run, Step& p_step) {
+[[gnu::noinline]] void UpdateLoop::EndNode(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     if (p_vis.IsPendingUpdateAttempt() && !p_vis.IsPending())
         ReportCompletion(p_vis, p_run);
     ClearPendingUpdateAttempt(p_vis);
@@ -440,8 +373,7 @@ void UpdateLoop::UpdateOptimalPaths(Vis& p_vis, CallbackTypeBitSet p_children) {
         for (Core::WeakPtr<Core::Node> const& model : *p_step.toRetry)
             Tracker(p_vis).RetryAdded(model);
     }
-    if (p_run.isLogged)
-        p_run.typePath.pop_back();
+    p_run.LeaveLog();
 }
 
 bool UpdateLoop::LayerSortNodes(Core::Ptr<Vis> const& p_left, Core::Ptr<Vis> const& p_right) noexcept {

@@ -10,6 +10,7 @@ class ModelNode;
 namespace Qor::Chart::Render {
 
 class UpdateContext;
+class UpdateRun;
 
 /// Brings a visual tree up to date with its model, at the cost of what changed: a subtree in which nothing changed is not
 /// entered. In a changed node it runs the model hook, follows the children that the model gained and lost, runs the
@@ -28,26 +29,25 @@ public:
         Core::Ptr<Vis> const& p_root, UpdateContext const& p_context, unsigned& p_visited, unsigned& p_updated) const;
 
 private:
-    class Run;
     struct Step;
 
     template <class ChildrenVisitor>
-    static bool UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const& p_visitChildren, Run& p_run);
+    static bool UpdateNode(Core::Ptr<Vis> const& p_node, ChildrenVisitor const& p_visitChildren, UpdateRun& p_run);
 
-    static bool BeginNode(Vis& p_vis, Run& p_run, Step& p_step);
-    static void UpdateModel(Vis& p_vis, Run& p_run);
-    static void FollowModel(Vis& p_vis, Run& p_run, Step& p_step);
+    static bool BeginNode(Vis& p_vis, UpdateRun& p_run, Step& p_step);
+    static void UpdateModel(Vis& p_vis, UpdateRun& p_run);
+    static void FollowModel(Vis& p_vis, UpdateRun& p_run, Step& p_step);
     static void RemoveChildren(Vis& p_vis);
     static void AddChildren(
-        Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, Run& p_run, Step& p_step);
-    static void UpdateThis(Vis& p_vis, Run& p_run, Step& p_step);
-    static void UpdateHook(Vis& p_vis, Run& p_run, Step& p_step);
+        Vis& p_vis, std::vector<Core::Ptr<Model::ModelNode>> const& p_models, UpdateRun& p_run, Step& p_step);
+    static void UpdateThis(Vis& p_vis, UpdateRun& p_run, Step& p_step);
+    static void UpdateHook(Vis& p_vis, UpdateRun& p_run, Step& p_step);
     static void ActivateChildren(Vis& p_vis, Step& p_step);
-    static void RefreshContext(Vis& p_vis, Run& p_run, Step& p_step);
-    static void GatherChildren(Vis& p_vis, Run& p_run, Step& p_step);
+    static void RefreshContext(Vis& p_vis, UpdateRun& p_run, Step& p_step);
+    static void GatherChildren(Vis& p_vis, UpdateRun& p_run, Step& p_step);
     static void UpdateOptimalPaths(Vis& p_vis, CallbackTypeBitSet p_children);
-    static void ReportCompletion(Vis& p_vis, Run& p_run);
-    static void EndNode(Vis& p_vis, Run& p_run, Step& p_step);
+    static void ReportCompletion(Vis& p_vis, UpdateRun& p_run);
+    static void EndNode(Vis& p_vis, UpdateRun& p_run, Step& p_step);
     static bool LayerSortNodes(Core::Ptr<Vis> const& p_left, Core::Ptr<Vis> const& p_right) noexcept;
 };
 

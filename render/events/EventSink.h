@@ -1,0 +1,62 @@
+#pragma once
+
+#include "framework/core/Ptr.h"
+#include "framework/core/WeakPtr.h"
+#include "framework/types/Size.h"
+#include "render/Export.h"
+
+#include <functional>
+#include <vector>
+
+namespace Qor::Chart::Model {
+class ModelNode;
+}
+
+namespace Qor::Chart::Render {
+
+class BoxSelection;
+class SelectRecord;
+
+/// Opens windows for content that leaves its pane.
+class QOR_VIS_API PopOutHost {
+public:
+    using Content = std::vector<Core::Ptr<Model::ModelNode>>;
+    /// Makes the root of the new window's model out of the content; empty when it cannot.
+    using Factory = std::function<Core::Ptr<Model::ModelNode>(Content const&)>;
+    using Restore = std::function<void()>;
+
+    virtual ~PopOutHost();
+
+    /// @param p_size     of the new window in pixels
+    /// @param p_restore  called when the window is closed; may be empty
+    virtual void PopOut(
+        Factory const& p_factory, Types::Size const& p_size, Restore const& p_restore, Content const& p_content) = 0;
+};
+
+/// What an event handler may ask of the host that sent the event.
+class QOR_VIS_API EventSink {
+public:
+    virtual ~EventSink();
+
+    /// Asks for another frame; requests that fall together make one frame.
+    virtual void RequestRedraw() = 0;
+    /// Asks for an update of the visual tree and another frame.
+    virtual void RequestUpdate() = 0;
+    /// Hands over a rubber band that the user has finished.
+    virtual void SelectBox(BoxSelection const& p_box) = 0;
+    /// Says that a node is about to be moved by the user, once per drag, before it moves.
+    virtual void AboutToMove(Core::WeakPtr<Model::ModelNode> const& p_node) = 0;
+    /// Says what the pointer is over from now on.
+    virtual void Hover(SelectRecord const& p_record) = 0;
+    /// Says that the pointer has left what `Hover` named.
+    virtual void EndHover(Core::WeakPtr<Model::ModelNode> const& p_node) = 0;
+    /// Null where the host has no windows to open.
+    virtual PopOutHost* GetPopOutHost() = 0;
+
+protected:
+    EventSink() = default;
+    EventSink(EventSink const&) = default;
+    EventSink& operator=(EventSink const&) = default;
+};
+
+} // namespace Qor::Chart::Render
