@@ -16,12 +16,6 @@ namespace {
 using namespace Fixtures;
 using ::testing::HasSubstr;
 
-#if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
-constexpr std::size_t DefaultStack = std::size_t{128} << 20U; // frames are larger here
-#else
-constexpr std::size_t DefaultStack = std::size_t{8} << 20U;
-#endif
-
 /// A chain of model nodes, the root first; linked from below, while nobody stands above.
 std::vector<Core::Ptr<ScriptModel>> MakeChain(int p_levels) {
     Script script;

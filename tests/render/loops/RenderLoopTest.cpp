@@ -2,109 +2,33 @@
 
 #include "render/core/PaneMarker.h"
 #include "tests/render/DrawFixture.h"
+#include "tests/render/support/AllocationCount.h"
+#include "tests/render/support/TraceNode.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdlib>
-#include <functional>
-#include <map>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-namespace {
-thread_local std::size_t allocations = 0;
-} // namespace
-
-// The whole test program counts what it allocates; the operators for arrays call these.
-[[gnu::noinline]] void* operator new(std::size_t p_size) {
-    ++allocations;
-    if (void* const memory = std::malloc(p_size > 0 ? p_size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void* operator new(std::size_t p_size, std::nothrow_t const&) noexcept {
-    ++allocations;
-    return std::malloc(p_size > 0 ? p_size : 1);
-}
-[[gnu::noinline]] void operator delete(void* p_memory) noexcept {
-    std::free(p_memory);
-}
-[[gnu::noinline]] void operator delete(void* p_memory, std::size_t) noexcept {
-    std::free(p_memory);
-}
 
 namespace Qor::Chart::Render {
 namespace {
 
 using namespace Ogl::Tokens;
 using Mode = DrawContext::DrawMode;
+using Fixtures::allocations;
 using Fixtures::DrawFixture;
+using Node = Fixtures::TraceNode;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-/// A node that notes its hooks in a trace, if there is one, and does what it is told in them. A hook is noted by its mark,
-/// + for setup, . for drawing and - for teardown, before the node's name.
-class Node : public Vis {
+class PaneNode : public Fixtures::TraceNode, public PaneMarker {
 public:
-    using Action = std::function<void(DrawContext const&)>;
-
-    Node(std::string* p_trace, std::string p_name, int p_flags = 0)
-        : Vis(VisFlagSelfManaged | p_flags), _trace(p_trace) {
-        SetName(std::move(p_name));
-        for (auto const callback : {HandledSetup, HandledDraw, HandledTeardown})
-            RegisterCB(callback);
-        OptimalPaths().SetAll();
-        SetActive(true);
-    }
-    Core::WeakPtr<Model::ModelNode> SourceModel() const override { return {}; }
-    using Vis::UnregisterCB;
-
-    void Append(Core::Ptr<Vis> const& p_child) {
-        struct Hooks : VisHooks {
-            using VisHooks::SetHasActiveChildren;
-        };
-        Add(p_child);
-        Hooks::SetHasActiveChildren(*this, true);
-    }
-
-    std::map<char, Action> actions; ///< by mark
-    DrawResult result = DrawResultDescend;
-
-private:
-    using Agl = Utility::Scoped<Ogl::Agl>;
-
-    DrawResult Note(char p_mark, DrawContext const& p_context) {
-        if (_trace)
-            *_trace += " " + (p_mark + Name());
-        if (auto const it = actions.find(p_mark); it != actions.end())
-            it->second(p_context);
-        return result;
-    }
-    void DoSetup(DrawContext& p_context, Agl& p_agl) override {
-        p_context.ModelView().Set(p_context.ModelView().Top() * Types::Matrix4::Translation({1, 0, 0}));
-        p_agl->LoadMatrix(p_context.ModelView().Top());
-        p_agl->PushAttrib(AGL_ENABLE_BIT);
-        Note('+', p_context);
-    }
-    DrawResult DoDraw(DrawContext const& p_context) override { return Note('.', p_context); }
-    void DoTeardown(DrawContext const& p_context, Agl& p_agl) override {
-        Note('-', p_context);
-        p_agl->PopAttrib();
-    }
-
-    std::string* _trace;
-};
-
-class PaneNode : public Node, public PaneMarker {
-public:
-    using Node::Node;
+    using TraceNode::TraceNode;
 };
 
 /// A root with two children, the first of which has a child:  root ( one ( leaf ) two )

@@ -294,6 +294,12 @@ struct Stage : UpdateFixture {
     World world;
 };
 
+#if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
+inline constexpr std::size_t DefaultStack = std::size_t{128} << 20U; // frames are larger here
+#else
+inline constexpr std::size_t DefaultStack = std::size_t{8} << 20U;
+#endif
+
 /// Runs a function on a thread whose stack has exactly this size.
 inline void RunOnStack(std::size_t p_bytes, std::function<void()> p_function) {
     pthread_attr_t attributes;

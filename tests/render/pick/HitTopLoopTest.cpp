@@ -1,0 +1,306 @@
+#include "render/pick/HitTopLoop.h"
+
+#include "tests/render/pick/HitFixture.h"
+#include "tests/render/support/AllocationCount.h"
+#include "tests/render/support/Script.h"
+#include "framework/core/Exceptions.h"
+#include "framework/ogl/AutoNameLoader.h"
+#include "framework/ogl/HitDetect.h"
+#include "framework/qordebug/CaptureScope.h"
+#include "framework/utility/Logger.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+
+namespace Qor::Chart::Render {
+namespace {
+
+using namespace Ogl::Tokens;
+using Fixtures::HitNode;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+struct Tree : Fixtures::HitFixture {
+    std::vector<HitRecord> Pick(Layer p_layers = LayerBase) {
+        trace.clear();
+        visited = tested = 0;
+        return HitTopLoop()(root, context, point, visited, tested, p_layers);
+    }
+    PickPoint point{{50, 50}, {2, 3}};
+};
+struct HitTopLoopTest : ::testing::Test, Tree {};
+
+TEST_F(HitTopLoopTest, theLastPaneThenTheHighestLayerThenTheNearestThenTheLastFoundIsFirst) {
+    struct Row {
+        char const* hits; ///< node, depth (below 0: in the overlay), layer
+        char const* expected;
+    };
+    for (auto const& [hits, expected] : std::initializer_list<Row>{
+             {"a .5 0 b .3 0 c .5 0", "b@ c@ a@"},
+             {"a .1 0 b .9 30001 c .1 -5", "b@ a@ c@"},
+             {"a .1 0 P .9 0 p .8 0 q .7 0", "q@P p@P P@P a@"},
+             {"p .8 0 i .9 0 q .7 0 b .1 30001", "i@I q@P p@P b@"},
+             {"p .1 0 R -1 0 a -1 0 q -1 0", "R@R q@P p@P a@"},
+         }) {
+        SCOPED_TRACE(hits);
+        Tree tree; // root ( a P ( p I ( i ) q ) R b c )
+        tree.Make("a");
+        tree.MakePane("P", {10, 10, 80, 80});
+        tree.Make("p", "P");
+        tree.MakePane("I", {20, 20, 60, 60}, "P");
+        tree.Make("i", "I");
+        tree.Make("q", "P");
+        tree.MakePane("R", {0, 0, 100, 100});
+        tree.Make("b");
+        tree.Make("c");
+        std::istringstream in(hits);
+        std::string name;
+        double depth = 0;
+        for (int layer = 0; in >> name >> depth >> layer;) {
+            (depth < 0 ? tree.nodes[name]->overlayDepths : tree.nodes[name]->depths) = {depth < 0 ? .9 : depth};
+            tree.nodes[name]->SetLayer(static_cast<std::int16_t>(layer));
+        }
+        EXPECT_EQ(Fixtures::HitFixture::Text(tree.Pick(LayerBoth)), expected);
+        EXPECT_EQ(tree.visited, 20U);
+        EXPECT_EQ(tree.tested, 20U);
+        tree.ExpectRestored();
+    }
+}
+
+TEST_F(HitTopLoopTest, hooksRunAsInADrawAndSeeThePointInTheirPane) {
+    auto const pane = MakePane("pane", {10.9F, 20.9F, 50, 60});
+    auto const leaf = Make("leaf", "pane");
+    leaf->depths = {.75, .25, .5};
+    auto const records = Pick();
+    EXPECT_EQ(trace, " +root ?root +pane ?pane +leaf ?leaf -leaf -pane -root");
+    EXPECT_EQ(leaf->seen, (PickPoint{{40, 30}, {2, 3}}));
+    EXPECT_EQ(root->seen, point);
+    ASSERT_EQ(records.size(), 1U);
+    HitRecord const& hit = records.front();
+    EXPECT_THAT(hit.result.records, ElementsAre(Ogl::HitRecord(2, .25), Ogl::HitRecord(3, .5), Ogl::HitRecord(1, .75)));
+    EXPECT_EQ(hit.screenPos, point.position);
+    // nothing is projected: from pixel (50, 50) of the pane to -1 to 1, and then out of the three moves above the leaf
+    Types::Vector3_Base<double> const global((50 - double{10.9F}) / 25 - 1, (50 - double{20.9F}) / 30 - 1, -.5);
+    EXPECT_LT(Types::Length(hit.global - global), 1e-12);
+    EXPECT_LT(Types::Length(hit.location - global + Types::Vector3_Base<double>(3, 0, 0)), 1e-12);
+
+    leaf->overlayDepths = {.75, .25};
+    auto const above = Pick(LayerOverlay);
+    EXPECT_EQ(trace, " [root !root [pane !pane [leaf !leaf ]leaf ]pane ]root");
+    EXPECT_THAT(above.front().result.records, ElementsAre(Ogl::HitRecord(2, 0), Ogl::HitRecord(1, 0)));
+    EXPECT_NEAR(above.front().location.z, -1, 1e-12);
+}
+
+TEST_F(HitTopLoopTest, onlyWhatThePointAndThePassConcernIsVisited) {
+    MakePane("pane", {50, 0, 50, 50});
+    Make("below", "pane");
+    Make("unseen", "pane");
+    Make("after")->wantsChildren = false;
+    Make("leaf", "after");
+    point.position = {10, 10};
+    Pick();
+    EXPECT_EQ(trace, " +root ?root +pane ?pane -pane +after ?after -after -root") << "below is met, unseen is not";
+    EXPECT_EQ(visited, 4U);
+    EXPECT_EQ(tested, 3U);
+    root->OptimalPaths().Set(CallbackHitOverlay, false);
+    Pick(LayerOverlay);
+    EXPECT_EQ(visited, 1U);
+    point.position = {100, 50};
+    Pick();
+    EXPECT_EQ(visited + tested, 1U) << "the point is outside of the window";
+    EXPECT_EQ(trace, "");
+    root->SetDisabled(true);
+    EXPECT_THAT(Pick(LayerBoth), IsEmpty());
+    EXPECT_EQ(visited, 0U);
+    root->SetDisabled(false);
+    point.position = {50, 50};
+    for (auto const callback : {HandledSetup, HandledHit, HandledTeardown})
+        root->UnregisterCB(callback);
+    Pick();
+    EXPECT_EQ(trace, " +pane ?pane -pane +after ?after -after") << "a node may do nothing itself";
+}
+
+TEST_F(HitTopLoopTest, aDelegateTakesNodesOrWholeBranches) {
+    Make("one")->depths = {.5};
+    Make("leaf", "one")->depths = {.5};
+    struct Row {
+        bool handles, skips;
+        char const* trace;
+        char const* hits;
+    };
+    for (auto const& row : std::initializer_list<Row>{
+             {false, false, " +root ?root +one ?one +leaf ?leaf -leaf -one -root", "leaf@ one@"},
+             {false, true, " +root ?root +one ?one +leaf ?leaf -leaf -one -root", "leaf@ one@"},
+             {true, false, " +root ?root +one +leaf ?leaf -leaf -one -root", "leaf@"},
+             {true, true, " +root ?root +one -one -root", ""},
+         }) {
+        context.NodeFilter().Set([&](Core::Ptr<Vis> const& p_node, bool& p_skipsChildren) {
+            EXPECT_FALSE(p_skipsChildren);
+            p_skipsChildren = row.skips && p_node == nodes["one"];
+            return row.handles && p_node == nodes["one"];
+        });
+        EXPECT_EQ(Text(Pick()), row.hits);
+        EXPECT_EQ(trace, row.trace);
+    }
+}
+
+TEST_F(HitTopLoopTest, aHookThatFailsCostsTheRestOfItsSubtreeAlone) {
+    auto const failing = Make("failing", "root", Vis::VisFlagContextRoot);
+    Make("leaf", "failing")->depths = {.5};
+    Make("next")->depths = {.5};
+    nodes["leaf"]->overlayDepths = nodes["next"]->overlayDepths = {.5};
+    for (char const mark : std::string("+?-[!]")) {
+        for (bool const isStandard : {true, false}) {
+            SCOPED_TRACE(mark);
+            dispatcher.exceptions.clear();
+            failing->Touch();
+            failing->actions.clear();
+            failing->actions[mark] = [&](DrawContext const& p_context) {
+                Utility::Scoped<Ogl::Agl> scope(p_context.Graphics());
+                scope->PushMatrix();
+                scope->PushAttrib(AGL_ALL_ATTRIB_BITS);
+                scope->Enable(AGL_LIGHTING);
+                scope->MatrixMode(AGL_PROJECTION);
+                scope->Begin(AGL_LINES);
+                if (isStandard)
+                    throw std::runtime_error("no way");
+                throw 7;
+            };
+            bool const isOverlay = std::string("[!]").find(mark) != std::string::npos;
+            bool const isLate = mark == '-' || mark == ']';
+            EXPECT_EQ(Text(Pick(isOverlay ? LayerOverlay : LayerBase)), isLate ? "leaf@failing next@" : "next@");
+            ASSERT_EQ(dispatcher.exceptions.size(), 1U);
+            EXPECT_THAT(dispatcher.exceptions[0], HasSubstr("\"failing\""));
+            EXPECT_THAT(dispatcher.exceptions[0],
+                HasSubstr(isOverlay ? " caught exception in RenderLoop-HitOverlay: "
+                                    : " caught exception in RenderLoop-Hit: "));
+            EXPECT_THAT(
+                dispatcher.locations.back(), HasSubstr(isOverlay ? "HitTopLoop::HitOverlay(" : "HitTopLoop::HitBase("));
+            EXPECT_FALSE(failing->IsValid());
+            ExpectRestored();
+        }
+    }
+    EXPECT_EQ(Text(Pick()), "next@") << "until it is touched the node is left out";
+}
+
+TEST_F(HitTopLoopTest, aGraphThatChangesMeanwhileIsReportedAndTheResultStands) {
+    for (char const* const name : {"first", "second", "third"}) {
+        auto const node = Make(name);
+        node->depths = node->overlayDepths = {.5};
+    }
+    Make("leaf", "second")->depths = {.5};
+    auto const expectPick = [this](char const* p_result, std::vector<std::string> const& p_texts) {
+        qordebug::CaptureScope log(Utility::GetLogger(), {"Err"});
+        EXPECT_EQ(Text(Pick(LayerBoth)), p_result);
+        EXPECT_EQ(log.texts("Err"), p_texts);
+        ExpectRestored();
+    };
+    nodes["third"]->actions['?'] = [this](DrawContext const&) {
+        root->Remove(nodes["first"]);
+        nodes.erase("first");
+    };
+    expectPick("third@ second@ third@ leaf@ second@ gone@", {"Graph modified during a hit detect in Base layer."});
+    nodes["third"]->actions.clear();
+    nodes["leaf"]->actions['?'] = [this](DrawContext const&) {
+        nodes.erase("leaf");
+        nodes["second"]->Clear();
+        root->Clear();
+    };
+    nodes.erase("third");
+    expectPick("second@ gone@", {"Graph modified during a hit detect in Base layer."});
+    root->Append(nodes["second"]);
+    root->actions['!'] = [&](DrawContext const&) { root->Touch(); };
+    expectPick("second@ second@", {"Graph modified during a hit detect in Overlay layer."});
+    root->actions.clear();
+    expectPick("second@ second@", {});
+}
+
+TEST_F(HitTopLoopTest, nothingReachesTheBackEndAndTheStateStaysWhatItWas) {
+    auto const pane = MakePane("pane", {0, 0, 100, 100});
+    auto const paint = [](DrawContext const& p_context) {
+        Utility::Scoped<Ogl::Agl> scope(p_context.Graphics());
+        scope->Viewport(p_context.Viewport().Top());
+        scope->Enable(AGL_LIGHTING);
+        scope->Clear(AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT);
+        scope->Draw(p_context.Geometry().UnitCube());
+        scope->Begin(AGL_TRIANGLES);
+        for (int corner = 0; corner < 3; ++corner)
+            scope->Vertex(corner % 2, corner / 2);
+        scope->End();
+    };
+    for (char const mark : std::string("+-"))
+        pane->actions[mark] = paint;
+    std::vector<Ogl::HitRecord> found;
+    pane->actions['?'] = [&](DrawContext const& p_context) {
+        paint(p_context);
+        Ogl::HitBuffer buffer(2);
+        {
+            Utility::Scoped<Ogl::Agl> scope(p_context.Graphics());
+            Ogl::HitDetect detect(scope, p_context.Viewport().Top(), p_context.Projection().Top(), pane->seen.position,
+                pane->seen.tolerance, buffer);
+            Ogl::AutoNameLoader names(detect, Ogl::HitRecord::NameFirst);
+            names.Next();
+            scope->Translate(-p_context.ModelView().Top().TranslationPart());
+            scope->Draw(p_context.Geometry().UnitCube());
+        }
+        paint(p_context);
+        found = buffer.Records();
+    };
+    Pick();
+    EXPECT_THAT(found, ElementsAre(Ogl::HitRecord(Ogl::HitRecord::NameFirst, .25)));
+    ExpectRestored();
+    agl.Clear(AGL_COLOR_BUFFER_BIT);
+    agl.Draw(geometry.UnitCube());
+    EXPECT_EQ(agl.GetStatistics().clears + agl.GetStatistics().draws, 2U);
+}
+
+/// Memory taken by one pick over a tree of some nodes that are not hit, after earlier picks.
+std::size_t AllocationsOfAPick(int p_branches) {
+    Tree tree;
+    tree.trace.reserve(1 << 20);
+    for (int branch = 0; branch < p_branches; ++branch) {
+        tree.Make("branch");
+        for (int leaf = 0; leaf < 10; ++leaf)
+            tree.Make("leaf", "branch");
+    }
+    std::size_t last = 0;
+    for (int run = 0; run < 3; ++run) {
+        std::size_t const before = Fixtures::allocations;
+        EXPECT_THAT(tree.Pick(LayerBoth), IsEmpty());
+        last = Fixtures::allocations - before;
+    }
+    return last;
+}
+
+TEST(HitTopLoopLimitsTest, whatIsNotHitTakesNoMemory) {
+    EXPECT_EQ(AllocationsOfAPick(2), AllocationsOfAPick(300));
+}
+
+TEST(HitTopLoopLimitsTest, tenThousandLevelsArePickedAndATreeTooDeepIsOneError) {
+    static constexpr int levels = 10000;
+    std::vector<Core::Ptr<HitNode>> chain;
+    for (int level = 0; level < levels; ++level)
+        chain.push_back(Core::MakeNode<HitNode>(nullptr, "node"));
+    chain.back()->depths = {.5};
+    for (int level = levels - 1; level > 0; --level)
+        chain[level - 1]->Append(chain[level]);
+    Tree tree;
+    tree.root = chain.front();
+    for (int run = 0; run < 2; ++run) {
+        Fixtures::RunOnStack(std::size_t{512} << 10U, [&] {
+            EXPECT_THAT(
+                [&] { tree.Pick(); }, ::testing::ThrowsMessage<Core::TreeTooDeepExcept>(HasSubstr("Flatten the tree")));
+        });
+        tree.ExpectRestored();
+        Fixtures::RunOnStack(Fixtures::DefaultStack, [&] { EXPECT_EQ(tree.Pick().size(), 1U); });
+        EXPECT_EQ(tree.tested, static_cast<unsigned>(levels));
+    }
+    EXPECT_THAT(tree.dispatcher.exceptions, IsEmpty());
+}
+
+} // namespace
+} // namespace Qor::Chart::Render
