@@ -19,7 +19,7 @@ double Median(std::vector<double> p_samples) {
 void Measurement::Publish(benchmark::State& p_state) const {
     double const ours = Median(_ours) * _scale;
     double const reference = Median(_reference) * _scale;
-    PublishFigure(p_state, ours, _unit, _bound);
+    PublishFigure(p_state, ours, _unit, _boundFactor > 0 ? _boundFactor * reference : _bound);
     if (_reference.empty())
         return;
     p_state.counters["reference"] = reference;

@@ -18,6 +18,9 @@ public:
     Measurement(std::string p_unit, double p_scale, double p_bound)
         : _unit(std::move(p_unit)), _scale(p_scale), _bound(p_bound) {}
 
+    /// The figure may be so many times the reference, whatever this is.
+    void BoundByReference(double p_factor) { _boundFactor = p_factor; }
+
     /// Times one call and counts it as so many pieces of work; gives the seconds of the whole call.
     template <class Work>
     double Ours(Work const& p_work, double p_pieces = 1) {
@@ -44,6 +47,7 @@ private:
     std::string _unit;
     double _scale;
     double _bound;
+    double _boundFactor = 0;
     std::string _referenceName;
     std::vector<double> _ours;
     std::vector<double> _reference;

@@ -64,7 +64,7 @@ bool Table::ReportContext(Context const&) {
     GetOutputStream() << std::left << std::setw(44) << "benchmark" << std::right << std::setw(10) << "figure"
                       << std::setw(10) << "bound"
                       << "  " << std::left << std::setw(18) << "unit" << std::right << std::setw(10) << "reference"
-                      << std::setw(8) << "ratio"
+                      << std::setw(10) << "ratio"
                       << "  against\n";
     return true;
 }
@@ -79,7 +79,7 @@ void Table::ReportRuns(std::vector<Run> const& p_runs) {
         }
         GetOutputStream() << std::right << std::setw(10) << row.Text("figure") << std::setw(10) << row.Text("bound")
                           << "  " << std::left << std::setw(18) << row.unit << std::right << std::setw(10)
-                          << row.Text("reference") << std::setw(8) << row.Text("ratio") << "  " << row.reference
+                          << row.Text("reference") << std::setw(10) << row.Text("ratio") << "  " << row.reference
                           << std::endl;
     }
 }
