@@ -25,6 +25,15 @@ bool LoadedSymbol::IsUpToDate(Model::Symbol const& p_source) const {
     return _file.empty() ? _shape == p_source.GetShape() : p_source.Time() < _confirmed;
 }
 
+std::shared_ptr<Ogl::Shader const> LoadedSymbol::Variant::Get(DrawContext::GenericShaderEntry const& p_context,
+    Ogl::GenericShader::State const& p_state, Utility::Scoped<Ogl::Agl>& p_agl) {
+    if (context.Parameters() != p_context.Parameters()) {
+        own = p_context.With(p_state);
+        context = p_context;
+    }
+    return own(p_agl);
+}
+
 std::shared_ptr<Ogl::Shader const> LoadedSymbol::Shader(
     DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const {
     using State = Ogl::GenericShader::State;
@@ -32,12 +41,16 @@ std::shared_ptr<Ogl::Shader const> LoadedSymbol::Shader(
     State const* const state = entry.Parameters();
     if (!HasColors() || !state || state->Options()[State::VertexColors])
         return entry(p_agl);
-    if (_contextShader.Parameters() != state) {
-        std::bitset<2> options = state->Options();
-        _coloredShader = entry.With(State(options.set(State::VertexColors)));
-        _contextShader = entry;
-    }
-    return _coloredShader(p_agl);
+    std::bitset<2> options = state->Options();
+    return _coloredShader.Get(entry, State(options.set(State::VertexColors)), p_agl);
+}
+
+std::shared_ptr<Ogl::Shader const> LoadedSymbol::FlatShader(
+    DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const {
+    DrawContext::GenericShaderEntry const& entry = p_context.Shader().Top();
+    if (!entry.Parameters())
+        return entry(p_agl);
+    return _flatShader.Get(entry, Ogl::GenericShader::State(std::bitset<2>()), p_agl);
 }
 
 } // namespace Qor::Chart::Render

@@ -40,16 +40,27 @@ public:
 
     /// The shader of the context, with the colours of the vertices where the symbol has such.
     std::shared_ptr<Ogl::Shader const> Shader(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const;
+    /// The same kind of shader in the current colour alone, whatever the vertices have; unlit while lighting is off.
+    std::shared_ptr<Ogl::Shader const> FlatShader(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const;
 
 private:
+    /// A shader that differs from that of the context in its options.
+    struct Variant {
+        DrawContext::GenericShaderEntry context; ///< what it was made of
+        DrawContext::GenericShaderEntry own;
+
+        std::shared_ptr<Ogl::Shader const> Get(DrawContext::GenericShaderEntry const& p_context,
+            Ogl::GenericShader::State const& p_state, Utility::Scoped<Ogl::Agl>& p_agl);
+    };
+
     std::shared_ptr<SymbolCache> _cache;
     std::string _file; ///< empty for a shape
     Model::SymbolShape _shape;
     mutable Core::TimeStamp _confirmed = Core::TimeStamp::Now();
     std::shared_ptr<Ogl::PrimitiveBuffer const> _buffer;
     Box _bounds;
-    mutable DrawContext::GenericShaderEntry _contextShader; ///< what _coloredShader was made of
-    mutable DrawContext::GenericShaderEntry _coloredShader;
+    mutable Variant _coloredShader;
+    mutable Variant _flatShader;
 };
 
 } // namespace Qor::Chart::Render

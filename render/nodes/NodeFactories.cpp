@@ -3,6 +3,8 @@
 #include "render/nodes/Group.h"
 #include "render/nodes/SceneVis.h"
 #include "render/nodes/SimpleObject.h"
+#include "render/nodes/Toolbar.h"
+#include "render/nodes/Viewport.h"
 #include "render/loops/Generator.h"
 
 namespace Qor::Chart::Render {
@@ -20,8 +22,10 @@ Core::Ptr<Vis> Make(Core::Ptr<Model::ModelNode> const& p_model) {
 
 void RegisterNodeFactories(Generator& p_generator) {
     p_generator.Register<Model::Group>(&Make<Group>);
+    p_generator.Register<Model::Pane>(&Make<Viewport>);
     p_generator.Register<Model::SceneGraph>(&Make<SceneVis>);
     p_generator.Register<Model::SimpleObject>(&Make<SimpleObject>);
+    p_generator.Register<Model::Toolbar>(&Make<Toolbar>);
 }
 
 } // namespace Qor::Chart::Render

@@ -2,15 +2,27 @@
 
 #include "render/nodes/LoadedSymbol.h"
 #include "render/nodes/SymbolCache.h"
+#include "render/nodes/SymbolHighlight.h"
+#include "render/events/EventInformation.h"
+#include "render/events/EventSink.h"
+#include "render/pick/HitRecord.h"
+#include "render/pick/SelectRecord.h"
 #include "render/context/DrawContext.h"
 #include "render/context/EventDispatcher.h"
+#include "render/context/PickPoint.h"
 #include "render/context/SceneCapabilities.h"
 #include "render/context/UpdateContext.h"
 #include "framework/library/ModelFileError.h"
 #include "framework/library/Pattern.h"
+#include "framework/model/EventDelegate.h"
+#include "framework/model/Events.h"
 #include "framework/ogl/Agl.h"
+#include "framework/ogl/AutoNameLoader.h"
 #include "framework/ogl/Bind.h"
+#include "framework/ogl/HitBuffer.h"
+#include "framework/ogl/HitDetect.h"
 #include "framework/ogl/PushAttribScope.h"
+#include "framework/ogl/QuickPick.h"
 #include "framework/utility/Ensure.h"
 
 #include <array>
@@ -45,6 +57,26 @@ Model::SharedMatrix GenTransform(UpdateContext const& p_context, Model::SimpleOb
         "so we assumed we were in meters, if this ever changes we need to fix this "
         "code");
     return p_model.Transform();
+}
+
+/// More than the one name that an object has.
+constexpr std::size_t HitCapacity = 2;
+/// How strongly the colour of the selection covers that of the object, of 255.
+constexpr int SelectionAlpha = 128;
+
+Ogl::Highlight SelectionLook(DrawContext const& p_context, Ogl::Highlight const& p_look) {
+    QColor color = p_context.Schema().Top().selectionColor;
+    color.setAlpha(SelectionAlpha);
+    return Ogl::Highlight(color, p_look.LineWidth());
+}
+
+bool IsHit(EventInformation const& p_event) {
+    return p_event.Hit() && !p_event.Hit()->result.records.empty();
+}
+
+SelectRecord RecordOf(SimpleObject& p_object, Core::Ptr<Model::SimpleObject> const& p_model, HitRecord const& p_hit) {
+    return {Core::Ptr<Vis>(&p_object), Core::Ptr<Model::ModelNode>(p_model), p_hit.location, p_hit.screenPos,
+        p_object.GetPath()};
 }
 
 void BlendOver(Agl& p_agl) {
@@ -99,6 +131,7 @@ NodeStatus SimpleObject::DoUpdate(UpdateContext const& p_context) {
         }
         return NodeStatusInvalid;
     }
+    _hovered = _hovered && model->IsPickable(); // who cannot be pointed at is not told that the pointer leaves
     UpdatePulse(p_context, *model);
     UpdatePicking(*model);
     if (isChanged) {
@@ -119,15 +152,22 @@ void SimpleObject::WatchModel(Model::SimpleObject const& p_model) {
 
 void SimpleObject::UpdatePulse(UpdateContext const& p_context, Model::SimpleObject const& p_model) {
     if (p_model.Pulse() && p_context.Capabilities().AnimationsOn()) {
-        RegisterCB(HandledHighlight);
         if (!_pulse)
             _pulse = std::make_unique<FloatAnimation>(TimedCompletionCriteria(PulseMilliseconds, PulseSteps));
+        UpdateHighlighting();
         KeepPulsing(p_context.Dispatcher());
         return;
     }
-    UnregisterCB(HandledHighlight);
     _pulse.reset();
+    UpdateHighlighting();
     p_context.Dispatcher().RequestRedraw(0);
+}
+
+void SimpleObject::UpdateHighlighting() {
+    if (_hovered || _selected || _pulse)
+        RegisterCB(HandledHighlight);
+    else
+        UnregisterCB(HandledHighlight);
 }
 
 /// Turns the pulse around when it has arrived at either end.
@@ -232,23 +272,85 @@ void SimpleObject::DrawBehindGeometry(Agl& p_agl) const {
     p_agl->Enable(AGL_DEPTH_TEST);
 }
 
-/// Draws over what the draw pass left, at the same depths.
+/// Hover goes before selection, and selection before the pulse.
 DrawResult SimpleObject::DoHighlight(DrawContext const& p_context) {
-    bool const isHalted = _pulse && !p_context.Capabilities().AnimationsOn();
-    if (!_symbol || isHalted)
+    bool const pulses = _pulse && !_hovered && !_selected;
+    if (!_symbol || (pulses && !p_context.Capabilities().AnimationsOn()))
         return DrawResultDescend;
     float amount = 1.0F;
-    if (_pulse) {
+    if (pulses) {
         KeepPulsing(p_context.Dispatcher());
         p_context.Dispatcher().RequestRedraw(PulseMilliseconds / PulseSteps);
         amount = _pulse->Value() / PulseTop;
     }
     Agl agl(p_context.Graphics());
-    Ogl::Bind<Ogl::Shader> const shader(agl, _symbol->Shader(p_context, agl));
-    Ogl::PushAttribScope const saved(agl, AGL_DEPTH_BUFFER_BIT);
-    agl->DepthFunc(AGL_LEQUAL);
-    DrawSymbol(agl, Types::Color4f(p_context.GetHighlighter().Blend(_color.ToQColor(), amount)));
+    Ogl::Highlight look = p_context.GetHighlighter();
+    if (_selected && !_hovered)
+        look = SelectionLook(p_context, look);
+    SymbolHighlight(look, _color, amount).Draw(p_context, agl, *_symbol);
     return DrawResultDescend;
+}
+
+bool SimpleObject::DoHit(DrawContext const& p_context, PickPoint const& p_point, HitResult& p_result) {
+    if (!_symbol)
+        return true;
+    Agl const agl(p_context.Graphics());
+    Types::Viewport<0> const& viewport = p_context.Viewport().Top();
+    Types::Matrix4 const& projection = p_context.Projection().Top();
+    if (!Ogl::QuickPick::MayHit(viewport, projection, p_point.position, p_point.tolerance,
+            agl->Get(AGL_MODELVIEW_MATRIX), _symbol->Bounds()))
+        return true;
+    Ogl::HitBuffer buffer(HitCapacity);
+    {
+        Ogl::HitDetect detect(agl, viewport, projection, p_point.position, p_point.tolerance, buffer);
+        Ogl::AutoNameLoader names(detect, Ogl::HitRecord::NameFirst);
+        names.Next();
+        agl->Draw(_symbol->Buffer());
+        names.Reset();
+    }
+    p_result.records = buffer.Records();
+    return true;
+}
+
+Event::Result SimpleObject::OnMouseOver(EventInformation& p_event) {
+    if (_hovered)
+        return Event::Consumed;
+    Core::Ptr<Model::SimpleObject> const model = _model.Lock();
+    if (!model || !IsHit(p_event))
+        return Event::Ignored;
+    _hovered = true;
+    p_event.Sink().Hover(RecordOf(*this, model, *p_event.Hit()));
+    UpdateHighlighting();
+    p_event.Sink().RequestRedraw();
+    return Event::Consumed;
+}
+
+void SimpleObject::OnMouseOut(EventInformation& p_event) {
+    if (!std::exchange(_hovered, false))
+        return;
+    p_event.Sink().EndHover(SourceModel());
+    UpdateHighlighting();
+    p_event.Sink().RequestRedraw();
+}
+
+Event::Result SimpleObject::OnClick(EventInformation& p_event) {
+    Core::Ptr<Model::SimpleObject> const model = _model.Lock();
+    if (!model || p_event.button != 0 || !IsHit(p_event))
+        return Event::Ignored;
+    HitRecord const& hit = *p_event.Hit();
+    model->Delegate().Raise(
+        Model::Events::PickedArgs(Core::WeakPtr<Model::ModelNode>(model), hit.global, hit.screenPos, GetPath()));
+    return Event::Consumed;
+}
+
+void SimpleObject::DoSelect(SelectRecord const&, Core::NodePath const&, bool p_selected) {
+    _selected = p_selected;
+    UpdateHighlighting();
+}
+
+void SimpleObject::GetSelectRecords(HitRecord const& p_hit, std::list<SelectRecord>& p_records) {
+    if (Core::Ptr<Model::SimpleObject> const model = _model.Lock())
+        p_records.push_back(RecordOf(*this, model, p_hit));
 }
 
 /// The setup's transform holds for what is below the object too, so their box goes through it as well.

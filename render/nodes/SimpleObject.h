@@ -10,6 +10,7 @@
 #include "render/core/Vis.h"
 #include "render/events/EventHandler.h"
 
+#include <list>
 #include <memory>
 #include <string>
 
@@ -30,6 +31,9 @@ class LoadedSymbol;
 /// An object that is to be seen behind geometry is drawn a second time through a stipple pattern, whatever is in front
 /// of it: faintly, or densely when it is a front object. Devices without stipple leave that out.
 ///
+/// A pickable object is hit by the pointer wherever its symbol is drawn. While the pointer is over it, or it is selected, or
+/// its model pulses, it is drawn highlighted; a click on it is told to the model's listeners.
+///
 /// A symbol that is missing or cannot be loaded makes the node invalid and is reported, once per change of the model.
 class QOR_VIS_API SimpleObject : public Vis, public EventHandler {
 public:
@@ -41,17 +45,27 @@ public:
 
     Core::WeakPtr<Model::ModelNode> SourceModel() const override;
 
+    Event::Result OnMouseOver(EventInformation& p_event) override;
+    void OnMouseOut(EventInformation& p_event) override;
+    /// Tells the model's listeners of a click with the primary button.
+    Event::Result OnClick(EventInformation& p_event) override;
+
 private:
     NodeStatus DoUpdate(UpdateContext const& p_context) override;
     void DoSetup(DrawContext& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override;
     DrawResult DoDraw(DrawContext const& p_context) override;
     DrawResult DoHighlight(DrawContext const& p_context) override;
+    bool DoHit(DrawContext const& p_context, PickPoint const& p_point, HitResult& p_result) override;
     void DoTeardown(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) override;
+    void DoSelect(SelectRecord const& p_record, Core::NodePath const& p_path, bool p_selected) override;
+    void GetSelectRecords(HitRecord const& p_hit, std::list<SelectRecord>& p_records) override;
     Types::BoundingBox_Base<double> DoBoundingBox(Types::BoundingBox_Base<double> const& p_children) override;
 
     void WatchModel(Model::SimpleObject const& p_model);
     void UpdatePulse(UpdateContext const& p_context, Model::SimpleObject const& p_model);
     void KeepPulsing(EventDispatcher& p_dispatcher);
+    /// Takes the highlight pass up or gives it up, as hover, selection and pulse ask for it.
+    void UpdateHighlighting();
     void UpdatePicking(Model::SimpleObject const& p_model);
     void LoadShapeSymbol(UpdateContext const& p_context, Model::SimpleObject const& p_model);
     void UpdateLook(UpdateContext const& p_context, Model::SimpleObject const& p_model);
@@ -66,6 +80,8 @@ private:
     std::shared_ptr<LoadedSymbol const> _symbol; ///< empty while there is none that can be drawn
     Types::Color4f _color;
     std::unique_ptr<FloatAnimation> _pulse; ///< goes between 0 and 0.5; null while the object does not pulse
+    bool _hovered = false; ///< the pointer is over the object
+    bool _selected = false;
     bool _isFront = false;
     bool _isVisibleBehindGeometry = false;
 };

@@ -2,6 +2,9 @@
 
 #include "render/nodes/Group.h"
 #include "render/nodes/SceneVis.h"
+#include "render/events/EventInformation.h"
+#include "render/events/EventSink.h"
+#include "render/pick/Selector.h"
 #include "tests/render/nodes/SceneFixture.h"
 #include "framework/model/Group.h"
 #include "framework/library/Pattern.h"
@@ -143,7 +146,7 @@ TEST_F(SimpleObjectTest, pulseGoesBackAndForthInTheHighlightColour) {
         clock.advance(milliseconds);
         dispatcher.redraws.clear();
         auto const commands = Draw(Mode::Highlight);
-        ASSERT_EQ(commands.size(), 1U);
+        ASSERT_EQ(commands.size(), expected > 0 ? 4U : 1U) << "surface, two rings, and the mask taken away";
         EXPECT_NEAR(commands[0].instances[0].color.red, expected, 0.01);
         EXPECT_EQ(commands[0].state.depth.function, AGL_LEQUAL);
         EXPECT_THAT(dispatcher.redraws, ::testing::Contains(50));
@@ -157,6 +160,77 @@ TEST_F(SimpleObjectTest, pulseGoesBackAndForthInTheHighlightColour) {
     object->SetPulse(false);
     Update();
     EXPECT_THAT(dispatcher.redraws, ElementsAre(0));
+}
+
+struct RecordingSink : EventSink {
+    void RequestRedraw() override { calls.push_back("redraw"); }
+    void RequestUpdate() override { calls.push_back("update"); }
+    void SelectBox(BoxSelection const&) override {}
+    void AboutToMove(Core::WeakPtr<Model::ModelNode> const&) override {}
+    void Hover(SelectRecord const& p_record) override {
+        calls.push_back("hover");
+        hovered = p_record;
+    }
+    void EndHover(Core::WeakPtr<Model::ModelNode> const&) override { calls.push_back("end"); }
+    PopOutHost* GetPopOutHost() override { return nullptr; }
+
+    std::vector<std::string> calls;
+    SelectRecord hovered;
+};
+
+TEST_F(SimpleObjectTest, hoverSelectionAndPulseHighlightInThisOrder) {
+    auto const object = AddCube();
+    object->SetColor(highlighter->Color());
+    Update();
+    auto& vis = dynamic_cast<SimpleObject&>(Child());
+    RecordingSink sink;
+    HitRecord const hit(Core::WeakPtr<Vis>(Core::Ptr<Vis>(&vis)), {{{1, 0.5}}, {}, {}}, {1, 2, 3}, {4, 5, 6}, {7, 8});
+    EventInformation over(sink, &hit), nothing(sink, nullptr);
+    auto const color = [&] {
+        Update();
+        auto const commands = Draw(Mode::Highlight);
+        return commands.empty() ? QColor() : commands[commands.size() - 2].instances[0].color.ToQColor();
+    };
+    QColor const highlight(highlighter->Color().rgb());
+    EXPECT_EQ(vis.OnMouseOver(nothing), Event::Ignored);
+    EXPECT_EQ(color(), QColor());
+    EXPECT_EQ(vis.OnMouseOver(over), Event::Consumed);
+    EXPECT_EQ(vis.OnMouseOver(over), Event::Consumed);
+    EXPECT_THAT(sink.calls, ElementsAre("hover", "redraw"));
+    EXPECT_EQ(sink.hovered.Selection().Lock(), object);
+    EXPECT_EQ(sink.hovered.Location(), Types::Vector3_Base<double>(1, 2, 3));
+    EXPECT_EQ(color(), highlight);
+    EXPECT_NE(Draw(Mode::Highlight)[0].instances[0].color.ToQColor(), highlight) << "its own colour marks nothing";
+
+    ASSERT_EQ(Selector::RecordsOf(hit).size(), 1U);
+    EXPECT_TRUE(Selector::Select(Selector::RecordsOf(hit).front(), true));
+    EXPECT_EQ(color(), highlight);
+    vis.OnMouseOut(nothing);
+    vis.OnMouseOut(nothing);
+    EXPECT_THAT(sink.calls, ElementsAre("hover", "redraw", "end", "redraw"));
+    EXPECT_EQ(color(), schema.selectionColor);
+    object->Touch();
+    EXPECT_EQ(color(), schema.selectionColor) << "an update keeps it";
+    EXPECT_TRUE(Selector::Select(sink.hovered, false));
+    EXPECT_EQ(color(), QColor());
+
+    vis.OnMouseOver(over);
+    object->SetPickable(false); // the pointer cannot leave it any more
+    EXPECT_EQ(color(), QColor());
+
+    int clicks = 0;
+    auto const connection = object->Delegate().Connect<Model::Events::PickedArgs>([&](auto const& p_event) {
+        ++clicks;
+        EXPECT_EQ(p_event.Position(), Types::Vector3_Base<double>(4, 5, 6));
+        EXPECT_EQ(p_event.ScreenPosition(), Types::Pos(7, 8));
+        scene->Clear();
+    });
+    EXPECT_EQ(vis.OnClick(nothing), Event::Ignored);
+    over.button = 1;
+    EXPECT_EQ(vis.OnClick(over), Event::Ignored);
+    over.button = 0;
+    EXPECT_EQ(vis.OnClick(over), Event::Consumed);
+    EXPECT_EQ(clicks, 1);
 }
 
 TEST_F(SimpleObjectTest, symbolsThatCannotBeShownMakeTheNodeInvalidUntilTheyChange) {

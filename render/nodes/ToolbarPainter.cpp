@@ -1,0 +1,151 @@
+#include "render/nodes/ToolbarPainter.h"
+
+#include "render/context/DrawContext.h"
+#include "render/context/SceneCapabilities.h"
+#include "framework/library/Box.h"
+#include "framework/library/TexturedQuad.h"
+#include "framework/ogl/Agl.h"
+#include "framework/ogl/PushAttribScope.h"
+#include "framework/ogl/Text.h"
+#include "framework/types/Math.h"
+#include "framework/utility/Scoped.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Qor::Chart::Render {
+
+namespace {
+
+using namespace Ogl::Tokens;
+using Agl = Utility::Scoped<Ogl::Agl>;
+using Rectangle = Types::Viewport<0>;
+
+// Lengths at pixel ratio 1.
+constexpr float ThinnerThanTitleBar = 4;
+constexpr float LabelPadding = 4;
+constexpr float TipPadding = 4;
+constexpr float WidestTip = 300;
+
+constexpr int CheckedAlpha = 90;
+constexpr int HoveredAlpha = 60;
+constexpr int PressedAlpha = 170;
+constexpr int DisabledImageAlpha = 90;
+
+QColor WithAlpha(QColor p_color, int p_alpha) {
+    p_color.setAlpha(p_alpha);
+    return p_color;
+}
+
+/// A frame along the inside of a rectangle, and what is in it.
+void DrawBox(DrawContext const& p_context, Rectangle p_place, QColor const& p_outline, QColor const& p_fill) {
+    p_place.width -= 1;
+    p_place.height -= 1;
+    Library::Box const box(p_outline, p_fill);
+    box(p_context.Graphics(), p_place);
+}
+
+Rectangle Inset(Rectangle p_place, float p_x, float p_y) {
+    return {p_place.x + p_x, p_place.y + p_y, std::max(p_place.width - 2 * p_x, 0.0F),
+        std::max(p_place.height - 2 * p_y, 0.0F)};
+}
+
+/// What a button shows is as large as the button allows, in its own proportions.
+Rectangle Fitted(Library::Texture const& p_texture, Rectangle const& p_place) {
+    auto const width = static_cast<float>(std::max(p_texture.Width(), 1));
+    auto const height = static_cast<float>(std::max(p_texture.Height(), 1));
+    float const scale = std::min(p_place.width / width, p_place.height / height);
+    float const x = std::round((p_place.width - width * scale) / 2);
+    float const y = std::round((p_place.height - height * scale) / 2);
+    return Inset(p_place, x, y);
+}
+
+} // namespace
+
+ToolbarPainter::ToolbarPainter(DrawContext const& p_context, Ogl::Text& p_text)
+    : _context(p_context), _text(p_text), _ratio(p_context.Capabilities().pixelRatio) {
+    if (!(_ratio > 0) || !std::isfinite(_ratio))
+        _ratio = 1;
+    _text.SetSize(static_cast<float>(std::max(p_context.Schema().Top().fontSize, 1)));
+    _text.SetPixelRatio(_ratio);
+}
+
+float ToolbarPainter::Side() const {
+    auto const titleBar = static_cast<float>(_context.Schema().Top().titleBarHeight);
+    return ToolbarLayout::Scaled(titleBar - ThinnerThanTitleBar, _ratio);
+}
+
+float ToolbarPainter::WidthOf(ToolbarButton const& p_button) const {
+    if (p_button.texture)
+        return Side();
+    auto const text = static_cast<float>(_text.Extents(p_button.label).width);
+    return text + 2 * ToolbarLayout::Scaled(LabelPadding, _ratio);
+}
+
+Types::Size ToolbarPainter::TipSize(std::wstring const& p_tip, Types::Size const& p_pane) const {
+    int const padding = 2 * static_cast<int>(ToolbarLayout::Scaled(TipPadding, _ratio));
+    int const width = std::min(static_cast<int>(ToolbarLayout::Scaled(WidestTip, _ratio)), p_pane.width - padding);
+    Types::Size const text = _text.Extents(p_tip, std::max(width, 1));
+    return {std::min(text.width + padding, p_pane.width), std::min(text.height + padding, p_pane.height)};
+}
+
+void ToolbarPainter::DrawBar(ToolbarLayout const& p_layout) const {
+    Types::Schema const& schema = _context.Schema().Top();
+    DrawBox(_context, p_layout.bar, schema.borderColor, schema.titleColor);
+    if (p_layout.handle.IsEmpty())
+        return;
+    float const line = ToolbarLayout::Scaled(1, _ratio);
+    Rectangle const& handle = p_layout.handle;
+    for (float const at : {line, 4 * line}) {
+        Rectangle const mark = p_layout.isVertical ? Rectangle(handle.x, handle.y + at, handle.width, line)
+                                                   : Rectangle(handle.x + at, handle.y, line, handle.height);
+        Library::Box const box({}, schema.borderColor);
+        box(_context.Graphics(), mark);
+    }
+}
+
+void ToolbarPainter::DrawGround(ToolbarButton const& p_button, Rectangle const& p_place, Look p_look) const {
+    Types::Schema const& schema = _context.Schema().Top();
+    if (p_button.isChecked) {
+        QColor const& color = p_button.isEnabled ? schema.selectionColor : schema.disabledColor;
+        DrawBox(_context, p_place, color, WithAlpha(color, CheckedAlpha));
+    }
+    if (p_look == Look::Idle || !p_button.isEnabled)
+        return;
+    int const alpha = p_look == Look::Pressed ? PressedAlpha : HoveredAlpha;
+    DrawBox(_context, p_place, schema.highlightColor, WithAlpha(schema.highlightColor, alpha));
+}
+
+void ToolbarPainter::DrawButton(ToolbarButton const& p_button, Rectangle const& p_place, Look p_look) const {
+    Types::Schema const& schema = _context.Schema().Top();
+    DrawGround(p_button, p_place, p_look);
+    Rectangle place = p_place;
+    if (p_look == Look::Pressed && p_button.isEnabled)
+        place.Translate(ToolbarLayout::Scaled(1, _ratio), -ToolbarLayout::Scaled(1, _ratio));
+    QColor const& color = p_button.isEnabled ? schema.textColor : schema.disabledColor;
+    if (!p_button.texture) {
+        DrawText(p_button.label, place, color);
+        return;
+    }
+    Library::TexturedQuad quad(Fitted(*p_button.texture, place));
+    if (p_button.isSign)
+        quad.SetColor(color);
+    else if (!p_button.isEnabled)
+        quad.SetColor(WithAlpha(Qt::white, DisabledImageAlpha));
+    quad(_context.Graphics(), *p_button.texture);
+}
+
+void ToolbarPainter::DrawTip(std::wstring const& p_tip, Rectangle const& p_place) const {
+    Types::Schema const& schema = _context.Schema().Top();
+    DrawBox(_context, p_place, schema.borderColor, schema.titleColor);
+    float const padding = ToolbarLayout::Scaled(TipPadding, _ratio);
+    DrawText(p_tip, Inset(p_place, padding, padding), schema.textColor);
+}
+
+void ToolbarPainter::DrawText(std::wstring const& p_text, Rectangle const& p_place, QColor const& p_color) const {
+    _text.SetColor(p_color);
+    Agl agl(_context.Graphics());
+    _text.Draw(*agl, p_text, p_place);
+}
+
+} // namespace Qor::Chart::Render
