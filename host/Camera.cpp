@@ -1,6 +1,7 @@
 #include "host/Camera.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -46,6 +47,26 @@ HalfSize HalfSizeOf(Types::Viewport<0> const& p_viewport) {
         return {1, 1};
     double const shorter = std::min(p_viewport.width, p_viewport.height);
     return {static_cast<double>(p_viewport.width) / shorter, static_cast<double>(p_viewport.height) / shorter};
+}
+
+struct Direction {
+    std::string_view name;
+    double azimuth;
+    double elevation;
+};
+/// In the order of `Camera::View`.
+std::array<Direction, 7> const Directions{{{"front", 0, 0}, {"back", 180, 0}, {"left", -90, 0}, {"right", 90, 0},
+    {"top", 0, 90}, {"bottom", 0, -90}, {"isometric", 45, std::atan(std::sqrt(0.5)) * 180 / std::numbers::pi}}};
+
+/// A pixel relative to the middle of the viewport, in halves of its shorter side.
+Camera::Pixel FromMiddle(Camera::Pixel const& p_pixel, Types::Viewport<0> const& p_viewport) {
+    double const half = std::min(p_viewport.width, p_viewport.height) / 2.0;
+    return {(p_pixel.x - p_viewport.x - p_viewport.width / 2.0) / half,
+        (p_pixel.y - p_viewport.y - p_viewport.height / 2.0) / half};
+}
+
+bool IsUsable(Camera::Pixel const& p_pixel, Types::Viewport<0> const& p_viewport) {
+    return std::isfinite(p_pixel.x) && std::isfinite(p_pixel.y) && !p_viewport.IsEmpty();
 }
 
 /// The corners of boxes as they are seen: relative to p_center, x to the right, y up, z towards the viewer.
@@ -145,6 +166,73 @@ void Camera::Look(double p_azimuth, double p_elevation) {
 
 void Camera::Orbit(double p_azimuth, double p_elevation) {
     Look(_azimuth + p_azimuth, _elevation + p_elevation);
+}
+
+void Camera::Look(View p_view) {
+    Direction const& direction = Directions[static_cast<std::size_t>(p_view)];
+    Look(direction.azimuth, direction.elevation);
+}
+
+std::optional<Camera::View> Camera::ViewOf(std::string_view p_name) {
+    auto const found = std::find_if(Directions.begin(), Directions.end(),
+        [p_name](Direction const& p_direction) { return p_direction.name == p_name; });
+    if (found == Directions.end())
+        return std::nullopt;
+    return static_cast<View>(found - Directions.begin());
+}
+
+void Camera::Orbit(Pixel const& p_from, Pixel const& p_to, Types::Viewport<0> const& p_viewport) {
+    if (!IsUsable(p_from, p_viewport) || !IsUsable(p_to, p_viewport))
+        return;
+    Pixel const way = FromMiddle(p_to, p_viewport) - FromMiddle(p_from, p_viewport);
+    Orbit(-way.x / 2 * DegreesPerSide, -way.y / 2 * DegreesPerSide);
+}
+
+double Camera::EyeDistance() const {
+    return RadiusOf(_box) / std::sin(HalfAngle) / _zoom;
+}
+
+double Camera::HalfSide(double p_depth) const {
+    if (_mode == Render::ProjectionMode::Orthographic)
+        return RadiusOf(_box) / _zoom;
+    return (EyeDistance() - p_depth) * std::tan(HalfAngle);
+}
+
+double Camera::DepthOf(std::optional<Vector> const& p_point) const {
+    if (!p_point || !IsFinite(*p_point))
+        return 0;
+    double const depth = (Rotation() * Types::Vector4_Base<double>(*p_point - _box.Center(), 0)).z;
+    bool const isSeen = _mode == Render::ProjectionMode::Orthographic || depth < EyeDistance() * (1 - 1e-9);
+    return isSeen ? depth : 0;
+}
+
+void Camera::Pan(
+    Pixel const& p_from, Pixel const& p_to, Types::Viewport<0> const& p_viewport, std::optional<Vector> const& p_at) {
+    if (!IsUsable(p_from, p_viewport) || !IsUsable(p_to, p_viewport))
+        return;
+    Pixel const way = (FromMiddle(p_to, p_viewport) - FromMiddle(p_from, p_viewport)) * HalfSide(DepthOf(p_at));
+    _panX -= way.x;
+    _panY -= way.y;
+}
+
+void Camera::ZoomAbout(
+    double p_factor, Pixel const& p_pointer, Types::Viewport<0> const& p_viewport, std::optional<Vector> const& p_at) {
+    if (!std::isfinite(p_factor) || !(p_factor > 0) || !IsUsable(p_pointer, p_viewport))
+        return;
+    // The box moves along the view, and the picture stays, until its centre is as deep as the point is.
+    double const depth = DepthOf(p_at);
+    double const ofSameEye = RadiusOf(_box) / std::sin(HalfAngle) / (EyeDistance() - depth);
+    bool const isPerspective = _mode == Render::ProjectionMode::Perspective;
+    if (depth != 0 && (!isPerspective || ofSameEye <= MaxZoom)) {
+        Vector const way = (Rotation().Transposed() * Types::Vector4_Base<double>(0, 0, depth, 0)).XYZ();
+        _box = Box(_box.Min() + way, _box.Max() + way);
+        _zoom = isPerspective ? ofSameEye : _zoom;
+    }
+    double const before = HalfSide(0);
+    _zoom = std::clamp(_zoom * p_factor, std::min(MinZoom, _zoom), std::max(MaxZoom, _zoom));
+    Pixel const way = FromMiddle(p_pointer, p_viewport) * (before - HalfSide(0));
+    _panX += way.x;
+    _panY += way.y;
 }
 
 Types::Matrix4 Camera::Rotation() const {

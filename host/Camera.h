@@ -2,11 +2,15 @@
 
 #include "framework/types/BoundingBox.h"
 #include "framework/types/Matrix4.h"
+#include "framework/types/Vector2.h"
 #include "framework/types/Viewport.h"
 #include "host/Export.h"
 #include "render/context/ProjectionMode.h"
 
+#include <optional>
 #include <span>
+#include <string_view>
+#include <utility>
 
 namespace Qor::Chart::Host {
 
@@ -15,11 +19,18 @@ namespace Qor::Chart::Host {
 /// `Agl::Ortho` and `Agl::Perspective` make for that box. In it the identity looks along the negative z axis of the scene
 /// with y up, a rotation orbits, a scale zooms, and a translation pans in units of the scene.
 ///
+/// The tools by which a user moves it take pixels of the window, fractions included, with the origin in the lower left
+/// corner, and the viewport that the camera's picture fills, or the pane does that it belongs to.
+///
 /// A plain value; no operation throws.
 class QOR_HOST_API Camera {
 public:
     using Box = Types::BoundingBox_Base<double>;
     using Vector = Types::Vector3_Base<double>;
+    using Pixel = Types::Vector2_Base<double>;
+
+    /// Directions that have a name.
+    enum class View { Front, Back, Left, Right, Top, Bottom, Isometric };
 
     /// Which way is up in the scene.
     enum class UpAxis { Y, Z };
@@ -27,6 +38,10 @@ public:
     /// The three-quarter view that a scene is shown in at first, in degrees.
     static constexpr double DefaultAzimuth = 35.0;
     static constexpr double DefaultElevation = 27.0;
+    /// By how many degrees a drag along the whole shorter side of the viewport orbits.
+    static constexpr double DegreesPerSide = 180.0;
+    static constexpr double MinZoom = 1e-6;
+    static constexpr double MaxZoom = 1e6;
 
     Camera() = default;
 
@@ -43,6 +58,25 @@ public:
     void Look(double p_azimuth, double p_elevation);
     /// Turns the direction by some degrees; the elevation stops at the poles.
     void Orbit(double p_azimuth, double p_elevation);
+    /// Looks from a direction that has a name; what is in the middle of the box stays where it is in the picture.
+    void Look(View p_view);
+    /// The view of a name such as "front", in lower case; nothing for other names.
+    static std::optional<View> ViewOf(std::string_view p_name);
+
+    /// Turns the box with a pointer that moves over it.
+    void Orbit(Pixel const& p_from, Pixel const& p_to, Types::Viewport<0> const& p_viewport);
+    /// Moves the scene with the pointer: what lies under p_from, as deep in the scene as p_at, or as the centre of the box
+    /// when there is no such point, lies under p_to afterwards. Nothing changes for arguments that are not finite, and for
+    /// an empty viewport.
+    void Pan(Pixel const& p_from, Pixel const& p_to, Types::Viewport<0> const& p_viewport,
+        std::optional<Vector> const& p_at = {});
+    /// Enlarges everything by a factor, or makes it smaller with one below 1; what lies under the pointer stays there. A
+    /// perspective comes nearer to what is under the pointer and never passes it. The zoom stops at its limits.
+    /// @param p_at  a point that is seen, such as where a pick hit: what is in its depth stays under the pointer, and is
+    ///              what later orbits turn around; else that is the centre of the box
+    void ZoomAbout(double p_factor, Pixel const& p_pointer, Types::Viewport<0> const& p_viewport,
+        std::optional<Vector> const& p_at = {});
+
     void SetUpAxis(UpAxis p_axis) noexcept { _up = p_axis; }
     void SetProjectionMode(Render::ProjectionMode p_mode) noexcept { _mode = p_mode; }
 
@@ -63,6 +97,13 @@ public:
 
 private:
     Types::Matrix4 Rotation() const;
+    /// How deep a point lies in the view, towards the viewer from the centre of the box; 0 for none and for one that no eye
+    /// sees.
+    double DepthOf(std::optional<Vector> const& p_point) const;
+    /// Of the eye from the centre of the box, along the view.
+    double EyeDistance() const;
+    /// Half of what is seen along the shorter side of the viewport at some depth, in units of the scene.
+    double HalfSide(double p_depth) const;
 
     Box _box{Vector(-0.5, -0.5, -0.5), Vector(0.5, 0.5, 0.5)};
     double _azimuth = DefaultAzimuth;

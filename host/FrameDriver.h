@@ -5,6 +5,7 @@
 #include "host/Camera.h"
 #include "host/Export.h"
 #include "host/FrameStatistics.h"
+#include "host/View.h"
 #include "render/context/DrawContext.h"
 #include "render/loops/RenderLoop.h"
 
@@ -51,23 +52,18 @@ public:
     FrameStatistics const& Statistics() const noexcept { return _statistics; }
 
     /// The matrix that took the scene to normalised device coordinates in the last draw.
-    Types::Matrix4 const& SceneToDevice() const noexcept { return _projection; }
+    Types::Matrix4 const& SceneToDevice() const noexcept { return _view.SceneToDevice(); }
 
 private:
     void DrawPasses(Camera const& p_camera, Types::Viewport<0> const& p_viewport);
-    /// Clears, and sets what a scene starts with: the depth test, the sizes of points and lines.
     void ClearTarget();
-    void PrepareView(Camera const& p_camera, Types::Viewport<0> const& p_viewport, Render::DrawContext& p_context);
-    void LoadView(Render::DrawContext const& p_context);
-    void SetUpLights(Render::DrawContext& p_context);
     void RunPass(FrameStatistics::PassName p_pass, Render::DrawContext& p_context);
 
     Scene& _scene;
+    View _view;
     std::array<Render::RenderLoop, FrameStatistics::PassCount> _loops;
     FrameStatistics _statistics;
-    Types::Matrix4 _projection;
     bool _showBounds = false;
-    bool _hasReportedLights = false;
 };
 
 } // namespace Qor::Chart::Host

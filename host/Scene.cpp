@@ -5,6 +5,7 @@
 #include "framework/model/Light.h"
 #include "framework/model/SceneGraph.h"
 #include "framework/utility/Unscoped.h"
+#include "host/CameraVis.h"
 #include "host/HostError.h"
 #include "render/nodes/NodeFactories.h"
 
@@ -67,6 +68,8 @@ Scene::Scene(std::unique_ptr<Ogl::Backend> p_backend)
         lights->emplace_back(light);
         return light;
     });
+    _generator.Register<CameraNode>(
+        [](Core::Ptr<Model::ModelNode> const& p_model) { return Core::Ptr<Render::Vis>(new CameraVis(p_model)); });
     Render::RegisterNodeFactories(_generator);
     Core::Ptr<Model::SceneGraph> const root = Core::MakeNode<Model::SceneGraph>();
     root->SetName("scene");
@@ -111,10 +114,10 @@ std::vector<Core::Ptr<Model::Light>> Scene::Lights() const {
     return shining;
 }
 
-std::vector<Types::BoundingBox_Base<double>> Scene::Parts() const {
+std::vector<Types::BoundingBox_Base<double>> Scene::PartsOf(Render::Vis const& p_root) {
     constexpr std::size_t enough = 4096;
     std::vector<Types::BoundingBox_Base<double>> parts;
-    std::vector<Render::Vis const*> level{_visual.Get()};
+    std::vector<Render::Vis const*> level{&p_root};
     while (!level.empty()) {
         std::vector<Render::Vis const*> below;
         for (Render::Vis const* const node : level) {

@@ -68,7 +68,9 @@ public:
 
     /// The boxes of the parts of the scene, as of the last update: of its leaves, or of groups of them where there are more
     /// than some thousands. All of the scene lies in them.
-    std::vector<Types::BoundingBox_Base<double>> Parts() const;
+    std::vector<Types::BoundingBox_Base<double>> Parts() const { return PartsOf(*_visual); }
+    /// The same of a part of a visual tree, such as a pane.
+    static std::vector<Types::BoundingBox_Base<double>> PartsOf(Render::Vis const& p_root);
 
     /// The lights of the model that shine: enabled, with everything above them enabled, in the order of the tree's making.
     std::vector<Core::Ptr<Model::Light>> Lights() const;

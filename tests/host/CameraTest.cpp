@@ -120,6 +120,78 @@ TEST(CameraTest, anotherBoxChangesTheClippingPlanesButNotThePicture) {
     }
 }
 
+TEST(CameraTest, whatIsUnderThePointerStaysThereWhenZoomedAndFollowsItWhenPanned) {
+    Box const box({3, 0, 0}, {7, 2, 3});
+    Viewport const viewport(40, 20, 800, 600);
+    using Pixel = Camera::Pixel;
+    for (auto const mode : {ProjectionMode::Orthographic, ProjectionMode::Perspective}) {
+        for (double const depth : {0.2, 0.6, 0.95}) {
+            Camera camera;
+            camera.SetProjectionMode(mode);
+            camera.Fit(box, viewport);
+            Pixel pointer(311, 470);
+            auto const pointAt = [&](Pixel const& p_pixel) {
+                return *Ogl::Agl::UnProject(
+                    Vector(p_pixel.x, p_pixel.y, depth), {}, ProjectionOf(camera, box, viewport), viewport);
+            };
+            Vector const point = pointAt(pointer);
+            Vector const beside = pointAt(pointer + Pixel(3, 4));
+            auto const pixelOf = [&](Vector const& p_point) {
+                Vector const device = Project(ProjectionOf(camera, box, viewport), p_point);
+                return Pixel(viewport.x + (device.x + 1) / 2 * viewport.width,
+                    viewport.y + (device.y + 1) / 2 * viewport.height);
+            };
+            double size = Length(pixelOf(beside) - pointer);
+            for (double const factor : {1.25, 40.0, 0.002, 3.0}) {
+                camera.ZoomAbout(factor, pointer, viewport, point);
+                EXPECT_LT(Length(pixelOf(point) - pointer), 1e-6) << factor;
+                double const now = Length(pixelOf(beside) - pointer);
+                EXPECT_NEAR(now / size, factor, factor * 1e-6);
+                size = now;
+                Pixel const next(pointer.x + 57, pointer.y - 31);
+                camera.Pan(pointer, next, viewport, point);
+                pointer = next;
+                EXPECT_LT(Length(pixelOf(point) - pointer), 1e-6) << factor;
+            }
+            Camera const before = camera;
+            camera.ZoomAbout(0, pointer, viewport);
+            camera.ZoomAbout(std::nan(""), pointer, viewport);
+            camera.ZoomAbout(2, {INFINITY, 0}, viewport);
+            camera.Pan(pointer, {0, 0}, Viewport());
+            camera.Orbit({0, 0}, {std::nan(""), 0}, viewport);
+            EXPECT_EQ(camera.Matrix(box), before.Matrix(box));
+            for (double const factor : {1e9, 1e-9}) {
+                for (int i = 0; i < 100; ++i)
+                    camera.ZoomAbout(factor, pointer, viewport, point);
+                EXPECT_TRUE(camera.Matrix(box).IsFinite() && camera.Matrix(box).Inverse().has_value());
+            }
+        }
+    }
+}
+
+TEST(CameraTest, sceneTurnsWithThePointerAndViewsHaveNames) {
+    std::pair<char const*, Vector> const views[] = {{"front", {0, 0, 1}}, {"back", {0, 0, -1}}, {"left", {-1, 0, 0}},
+        {"right", {1, 0, 0}}, {"top", {0, 1, 0}}, {"bottom", {0, -1, 0}}, {"isometric", {1, 1, 1}}};
+    for (auto const& [name, towardsViewer] : views) {
+        Camera camera;
+        camera.SetProjectionMode(ProjectionMode::Orthographic);
+        camera.Look(*Camera::ViewOf(name));
+        camera.Fit(Box({-1, -1, -1}, {1, 1, 1}), Window);
+        EXPECT_NEAR(Normalized(Project(camera.Matrix(), towardsViewer)).z, 1, 1e-12) << name;
+    }
+    EXPECT_FALSE(Camera::ViewOf("Front"));
+
+    Camera camera;
+    camera.Look(Camera::View::Front);
+    Vector const nearest(0, 0, 1);
+    camera.Orbit({100, 100}, {130, 80}, Window);
+    Vector const turned = Project(camera.Matrix(), nearest);
+    EXPECT_GT(turned.x, 0.05);
+    EXPECT_LT(turned.y, -0.05);
+    camera.Orbit({100, 100}, {100 + 0.5 * Window.height, 100}, Window);
+    EXPECT_NEAR(camera.Azimuth(), -99, 1e-9);
+}
+
 TEST(CameraTest, directionsAreThoseOfTheHeader) {
     using Axis = Camera::UpAxis;
     for (auto const& [up, azimuth, elevation, towardsViewer, upwards] :

@@ -1,0 +1,175 @@
+#include "host/Navigator.h"
+
+#include "framework/model/Pane.h"
+#include "framework/model/SimpleObject.h"
+#include "framework/ogl/RecorderBackend.h"
+#include "host/FrameDriver.h"
+#include "host/Scene.h"
+#include "render/events/EventInformation.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace Qor::Chart::Host {
+namespace {
+
+using Phase = InputCallbacks::DragPhase;
+using Vector = Types::Vector3_Base<double>;
+
+/// A row of cubes in the window and three panes: one with another in it, one that lies over its corner, both seen by the
+/// host's camera, and one beside them with a camera of its own.
+struct NavigatorTest : testing::Test {
+    NavigatorTest() {
+        plain->SetViewport({0.0, 0.0, 0.5, 0.5});
+        inner->SetViewport({0.0, 0.0, 0.5, 0.5});
+        front->SetViewport({0.375, 0.0, 0.25, 0.15});
+        own->SetViewport({0.5, 0.5, 0.5, 0.5});
+        for (auto const& [parent, pane] :
+            {std::pair(plain, inner), {inner, Core::Ptr<Model::Pane>()}, {own, nullptr}}) {
+            parent->Add(MakeCube(0));
+            if (pane)
+                parent->Add(pane);
+        }
+        ownCamera->Add(own);
+        for (int i = 0; i < 3; ++i)
+            scene.Add(MakeCube(2.0 * i));
+        scene.Add(plain);
+        scene.Add(front);
+        scene.Add(ownCamera);
+        driver.Update();
+        navigator.SetWindow(Window);
+        navigator.FitAll();
+        Frame();
+    }
+    static Core::Ptr<Model::ModelNode> MakeCube(double p_x) {
+        auto const cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
+        cube->SetTransform(Types::Matrix4::Translation({p_x, 0, 0}));
+        return cube;
+    }
+    void Frame() {
+        driver.Frame(camera, Window);
+        input.FrameDone();
+    }
+    std::string PaneAt(Types::Pos const& p_pixel) {
+        Core::Ptr<Render::Vis> const pane = navigator.ViewAt(p_pixel).pane.Lock();
+        auto const model = pane ? pane->SourceModel().Lock() : nullptr;
+        return model == plain ? "plain"
+            : model == inner  ? "inner"
+            : model == front  ? "front"
+            : model == own    ? "own"
+            : pane            ? "?"
+                              : "window";
+    }
+    /// Where the scene is hit, in its own coordinates.
+    std::optional<Vector> HitAt(Types::Pos const& p_pixel) {
+        input.PointerMoved(p_pixel);
+        return input.Hits().empty() ? std::nullopt : std::optional(input.Hits().front().global);
+    }
+    static double Distance(Vector const& p_a, Vector const& p_b) {
+        return std::hypot(p_a.x - p_b.x, p_a.y - p_b.y, p_a.z - p_b.z);
+    }
+    void Drag(Types::Pos const& p_from, Types::Pos const& p_to, std::uint32_t p_button, std::uint32_t p_modifiers = 0) {
+        input.PointerPressed(p_from, p_button, p_modifiers);
+        input.PointerMoved(p_to, p_modifiers);
+        input.PointerReleased(p_to, p_button, p_modifiers);
+        Frame();
+    }
+
+    inline static Types::Viewport<0> const Window{0, 0, 800, 600};
+    Core::Ptr<Model::Pane> plain = Core::MakeNode<Model::Pane>();
+    Core::Ptr<Model::Pane> inner = Core::MakeNode<Model::Pane>();
+    Core::Ptr<Model::Pane> front = Core::MakeNode<Model::Pane>();
+    Core::Ptr<Model::Pane> own = Core::MakeNode<Model::Pane>();
+    Core::Ptr<CameraNode> ownCamera = Core::MakeNode<CameraNode>();
+    Scene scene{std::make_unique<Ogl::RecorderBackend>()};
+    FrameDriver driver{scene};
+    Camera camera;
+    InputDispatcher input{scene};
+    Navigator navigator{scene, input, camera};
+};
+
+TEST_F(NavigatorTest, thePaneOnTopIsFoundWithItsRectangleAndCamera) {
+    EXPECT_EQ(PaneFinder::All(scene.Visual(), Window).size(), 4U);
+    EXPECT_EQ(PaneAt({10, 10}), "inner");
+    EXPECT_EQ(PaneAt({199, 149}), "inner");
+    EXPECT_EQ(PaneAt({200, 149}), "plain") << "not the pixel after the last";
+    EXPECT_EQ(PaneAt({399, 89}), "front") << "drawn over the other";
+    EXPECT_EQ(PaneAt({450, 350}), "own");
+    EXPECT_EQ(PaneAt({700, 100}), "window");
+    EXPECT_EQ(PaneAt({-1, 5}), "window");
+    EXPECT_EQ(navigator.ViewAt({450, 350}).rectangle, Types::Viewport<0>(400, 300, 400, 300));
+    EXPECT_EQ(navigator.ViewAt({450, 350}).camera, Core::WeakPtr<CameraNode>(ownCamera));
+    EXPECT_TRUE(navigator.ViewAt({10, 10}).camera.Expired());
+    front->SetVisible(false);
+    Frame();
+    EXPECT_EQ(PaneAt({399, 89}), "plain") << "what does not show is not there";
+}
+
+TEST_F(NavigatorTest, whatIsUnderThePointerStaysThereInAPanAndAZoom) {
+    own->SetVisible(false);
+    plain->SetVisible(false);
+    Frame();
+    Types::Pos const place(430, 300);
+    std::optional<Vector> const before = HitAt(place);
+    ASSERT_TRUE(before);
+    for (bool const isTurn : {true, false}) {
+        double const zoom = camera.Zoom();
+        if (isTurn)
+            input.Scrolled(place, 3);
+        else
+            Drag(place, {430, 340}, 1);
+        Frame();
+        EXPECT_GT(camera.Zoom(), zoom * 1.1);
+        std::optional<Vector> const after = HitAt(place);
+        ASSERT_TRUE(after) << isTurn;
+        EXPECT_LT(Distance(*after, *before), 0.03) << isTurn;
+    }
+    for (auto const& [button, modifiers] : {std::pair(2U, 0U), {0U, 0U + Render::EventInformation::ModifierShift}}) {
+        Drag(place, {480, 270}, button, modifiers);
+        std::optional<Vector> const after = HitAt({480, 270});
+        ASSERT_TRUE(after) << button;
+        EXPECT_LT(Distance(*after, *before), 0.03) << button;
+        Drag({480, 270}, place, button, modifiers);
+    }
+}
+
+TEST_F(NavigatorTest, eachPaneTurnsItsOwnCameraAndEscapeTurnsItBack) {
+    auto const azimuths = [&] { return std::pair(camera.Azimuth(), ownCamera->GetCamera().Azimuth()); };
+    auto const before = azimuths();
+    input.PointerMoved({450, 350});
+    input.PointerPressed({450, 350});
+    input.PointerMoved({530, 350});
+    EXPECT_EQ(azimuths().first, before.first);
+    EXPECT_NE(azimuths().second, before.second);
+    input.KeyPressed(Render::EventInformation::KeyEscape);
+    EXPECT_EQ(azimuths(), before) << "taken back";
+    input.PointerReleased({530, 350});
+    Drag({530, 520}, {450, 520}, 0);
+    EXPECT_NE(azimuths().second, before.second);
+    auto const turned = azimuths();
+    Drag({700, 100}, {650, 100}, 0);
+    EXPECT_NE(azimuths().first, turned.first) << "beside the panes it is the host's";
+    EXPECT_EQ(azimuths().second, turned.second);
+}
+
+TEST_F(NavigatorTest, keysLookAndFitWhereThePointerIs) {
+    input.PointerMoved({450, 350});
+    input.KeyPressed('5');
+    EXPECT_DOUBLE_EQ(ownCamera->GetCamera().Elevation(), 90);
+    EXPECT_DOUBLE_EQ(camera.Elevation(), Camera::DefaultElevation);
+    input.KeyPressed('5', Render::EventInformation::ModifierControl);
+    input.KeyPressed('8');
+    input.KeyPressed('0');
+    input.Scrolled({450, 350}, 9);
+    double const zoomed = ownCamera->GetCamera().Zoom();
+    input.KeyPressed('F');
+    EXPECT_LT(ownCamera->GetCamera().Zoom(), zoomed);
+    InputEvent other;
+    other.key = 'G';
+    EXPECT_FALSE(navigator.PressKey(other));
+    EXPECT_TRUE(scene.Dispatcher().UpdateRequested());
+}
+
+} // namespace
+} // namespace Qor::Chart::Host
