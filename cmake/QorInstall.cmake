@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 set(qor_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/QorChartVis")
 set(qor_include_dir "${CMAKE_INSTALL_INCLUDEDIR}/qorchart")
 
-foreach(library QorChartFramework QorChartVis QorChartHost)
+foreach(library QorChartFramework QorChartVis QorChartHost QorChartHostQt)
     set_target_properties(${library} PROPERTIES INSTALL_RPATH "$ORIGIN")
     install(TARGETS ${library} EXPORT QorChartVisTargets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -14,7 +14,7 @@ install(EXPORT QorChartVisTargets NAMESPACE QorChart:: DESTINATION "${qor_packag
 
 foreach(folder framework render host)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/${folder}" DESTINATION "${qor_include_dir}"
-        FILES_MATCHING PATTERN "*.h" PATTERN "qt" EXCLUDE)
+        FILES_MATCHING PATTERN "*.h")
 endforeach()
 
 configure_package_config_file(

@@ -34,15 +34,15 @@ function(qor_add_rooms)
     endforeach()
 endfunction()
 
-# qor_room(<path> LIBRARY framework|vis|host [DEPENDS room...] [LINK lib...] [LINK_PRIVATE lib...])
+# qor_room(<path> LIBRARY framework|vis|host|hostqt [DEPENDS room...] [LINK lib...] [LINK_PRIVATE lib...])
 #
 # Makes an object library of the sources in the folder, part of the given shared library. DEPENDS names rooms below,
 # whose include paths and libraries come along. LINK names third-party libraries that the room's headers need,
 # LINK_PRIVATE those that only its sources need.
 function(qor_room p_path)
     cmake_parse_arguments(arg "" "LIBRARY" "DEPENDS;LINK;LINK_PRIVATE" ${ARGN})
-    if(NOT arg_LIBRARY MATCHES "^(framework|vis|host)$" OR arg_UNPARSED_ARGUMENTS)
-        message(FATAL_ERROR "qor_room(${p_path}): give LIBRARY framework, vis or host, and only known keywords")
+    if(NOT arg_LIBRARY MATCHES "^(framework|vis|host|hostqt)$" OR arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "qor_room(${p_path}): give LIBRARY framework, vis, host or hostqt, and only known keywords")
     endif()
     qor_target_name(${p_path} target)
     qor_sources(${p_path} sources)
@@ -76,7 +76,7 @@ function(qor_room p_path)
     set_property(GLOBAL APPEND PROPERTY QOR_LINK_PRIVATE_${arg_LIBRARY} ${arg_LINK_PRIVATE})
 endfunction()
 
-# qor_library(<target> EXPORT_AS <name> ROOMS framework|vis|host [LINK library...])
+# qor_library(<target> EXPORT_AS <name> ROOMS framework|vis|host|hostqt [LINK library...])
 #
 # Joins the rooms into one shared library, known as QorChart::<name> here and in the installed package.
 function(qor_library p_target)
@@ -111,7 +111,7 @@ endfunction()
 
 # qor_program(<path> NAME <name> [LINK lib...])
 #
-# One program of all sources in the folder; linked to QorChart::Host.
+# One program of all sources in the folder; linked to QorChart::HostQt.
 function(qor_program p_path)
     cmake_parse_arguments(arg "" "NAME" "LINK" ${ARGN})
     qor_sources(${p_path} sources)
@@ -120,7 +120,7 @@ function(qor_program p_path)
     endif()
     add_executable(${arg_NAME} ${sources})
     qor_program_settings(${arg_NAME})
-    target_link_libraries(${arg_NAME} PRIVATE QorChart::Host ${arg_LINK})
+    target_link_libraries(${arg_NAME} PRIVATE QorChart::HostQt ${arg_LINK})
 endfunction()
 
 # qor_examples(<path>): one program per source file in the folder, named example_<file>.
@@ -131,7 +131,7 @@ function(qor_examples p_path)
         string(TOLOWER "example_${name}" target)
         add_executable(${target} "${source}")
         qor_program_settings(${target})
-        target_link_libraries(${target} PRIVATE QorChart::Host)
+        target_link_libraries(${target} PRIVATE QorChart::HostQt)
     endforeach()
 endfunction()
 
@@ -174,6 +174,8 @@ function(qor_test p_path)
         set(library QorChart::Framework)
     elseif(p_path MATCHES "^render/")
         set(library QorChart::Vis)
+    elseif(p_path MATCHES "^(host/qt|apps/)")
+        set(library QorChart::HostQt)
     else()
         set(library QorChart::Host)
     endif()

@@ -20,6 +20,7 @@ using UpAxis = Host::Camera::UpAxis;
 
 constexpr unsigned MaxFrames = 1'000'000;
 constexpr int MaxSamples = 64;
+constexpr int MaxPanes = 8;
 
 std::map<std::string, Device> const Devices{{"gl", Device::OpenGl}, {"recorder", Device::Recorder}};
 std::map<std::string, ProjectionMode> const Projections{
@@ -60,13 +61,42 @@ Types::Size ReadSize(std::string const& p_text) {
     return {static_cast<int>(sides->first), static_cast<int>(sides->second)};
 }
 
+Types::Size ReadPanes(std::string const& p_text) {
+    auto const cells = Pair<int>(p_text, 'x');
+    bool const isGood =
+        cells && cells->first >= 1 && cells->second >= 1 && cells->first <= MaxPanes && cells->second <= MaxPanes;
+    if (!isGood)
+        throw UsageError("--panes \"" + p_text + "\" is no grid; give COLUMNSxROWS, each from 1 to " +
+            std::to_string(MaxPanes) + ", such as 2x2.");
+    return {cells->first, cells->second};
+}
+
+/// A pixel of a picture of that size.
+Types::Pos ReadPixel(std::string const& p_option, std::string const& p_text, Types::Size const& p_size) {
+    auto const pixel = Pair<int>(p_text, ',');
+    bool const isInside = pixel && pixel->first >= 0 && pixel->second >= 0 && pixel->first < p_size.width &&
+        pixel->second < p_size.height;
+    if (!isInside)
+        throw UsageError(p_option + " \"" + p_text +
+            "\" is no pixel of the picture; give X,Y in whole pixels from the upper left corner, X from 0 to " +
+            std::to_string(p_size.width - 1) + " and Y from 0 to " + std::to_string(p_size.height - 1) + ".");
+    return {pixel->first, pixel->second};
+}
+
 void ReadView(std::string const& p_text, Options& p_options) {
+    if (auto const view = Host::Camera::ViewOf(p_text)) {
+        Host::Camera camera;
+        camera.Look(*view);
+        p_options.azimuth = camera.Azimuth();
+        p_options.elevation = camera.Elevation();
+        return;
+    }
     auto const angles = Pair<double>(p_text, ',');
     bool const isGood = angles && std::isfinite(angles->first) && std::fabs(angles->second) <= 90;
     if (!isGood)
         throw UsageError("--view \"" + p_text +
             "\" is no direction to look from; give AZIMUTH,ELEVATION in degrees, the elevation from -90 to 90, such as "
-            "35,27.");
+            "35,27, or front, back, left, right, top, bottom or isometric.");
     p_options.azimuth = angles->first;
     p_options.elevation = angles->second;
 }
@@ -125,26 +155,40 @@ std::optional<Options> Options::Parse(int p_argc, char const* const* p_argv) {
     std::string background;
     std::string samples;
     std::string frames;
+    std::string panes;
+    std::string pick;
+    std::string hover;
     std::string backend = "gl";
     std::string projection = "perspective";
     std::string up = "y";
 
-    CLI::App app("Shows model files (glTF, OBJ, PLY, STL, FBX and more), with no display needed.\n"
+    CLI::App app("Shows model files (glTF, OBJ, PLY, STL, FBX and more) in a window. When a picture is to be written or\n"
+                 "something printed, no window opens and no display is needed.\n"
                  "Exit codes: 0 all is well, 1 something could not be done, 2 the command line makes no sense.",
         "qorview");
     app.add_option("FILE", options.files, "Model files; all are shown in one scene");
-    app.add_option("--png", options.png, "Write the picture to this file")->type_name("OUT");
+    app.add_option("--png", options.png, "Write the picture to this file, and open no window")->type_name("OUT");
     app.add_option("--size", size, "Size of the picture in pixels (1280x800)")->type_name("WxH");
     app.add_option("--samples", samples, "Samples a pixel to smooth edges with, 0 for none (4)")->type_name("N");
     app.add_option("--background", background, "Colour behind the scene, by name or value (#eef2f7)")
         ->type_name("COLOR");
-    app.add_option("--view", view, "Degrees around the up axis, and above the horizon, to look from (35,27)")
+    app.add_option("--view", view,
+           "Degrees around the up axis, and above the horizon, to look from (35,27); or front, back, left, right, top, "
+           "bottom, isometric")
         ->type_name("A,E");
     app.add_option("--up", up, "Which axis of the files points up: y or z (y)")->type_name("AXIS");
     app.add_option("--projection", projection, "perspective or orthographic (perspective)")->type_name("KIND");
     app.add_option("--frames", frames, "Draw this many frames and print what each one cost")->type_name("N");
     app.add_flag("--spin", options.spin, "Turn the camera once around the scene in these frames");
     app.add_flag("--bounds", options.bounds, "Outline the box of every node");
+    app.add_option("--panes", panes, "Show the scene in so many columns and rows of panes, each seen from elsewhere")
+        ->type_name("CxR");
+    app.add_option("--pick", pick,
+           "Print what lies under this pixel of the picture, best first, and what it selects; counted from the upper "
+           "left "
+           "corner, as image viewers do")
+        ->type_name("X,Y");
+    app.add_option("--hover", hover, "Draw with the pointer at this pixel, counted in the same way")->type_name("X,Y");
     app.add_flag("--tree", options.tree, "Print the visual tree");
     app.add_flag("--json", options.json, "Print the summary as JSON");
     app.add_option("--backend", backend, "gl draws with OpenGL, recorder only counts and needs no OpenGL (gl)")
@@ -172,6 +216,12 @@ std::optional<Options> Options::Parse(int p_argc, char const* const* p_argv) {
         options.background = ReadColor(background);
     if (app.count("--samples") > 0)
         options.samples = static_cast<int>(ReadCount("--samples", samples, 0, MaxSamples));
+    if (app.count("--panes") > 0)
+        options.panes = ReadPanes(panes);
+    if (app.count("--pick") > 0)
+        options.pick = ReadPixel("--pick", pick, options.size);
+    if (app.count("--hover") > 0)
+        options.hover = ReadPixel("--hover", hover, options.size);
     options.listFrames = app.count("--frames") > 0;
     if (options.listFrames)
         options.frames = ReadCount("--frames", frames, 1, MaxFrames);

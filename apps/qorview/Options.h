@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/types/Pos.h"
 #include "framework/types/Size.h"
 #include "host/Camera.h"
 #include "host/Offscreen.h"
@@ -31,6 +32,16 @@ struct Options {
     bool tree = false;
     bool bounds = false;
     bool json = false;
+    std::optional<Types::Size> panes; ///< columns and rows
+    /// Pixels of the picture, counted from its upper left corner as image viewers do.
+    std::optional<Types::Pos> pick;
+    std::optional<Types::Pos> hover;
+
+    /// Whether nothing was asked for that is written or printed.
+    bool OpensWindow() const noexcept {
+        bool const prints = tree || json || listFrames || pick || hover;
+        return png.empty() && !prints && device == Host::Offscreen::Device::OpenGl;
+    }
 
     /// Reads the command line. Nothing when all was said already: help and version are written to standard output.
     /// @throws UsageError

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "apps/qorview/Options.h"
+#include "apps/qorview/PaneGrid.h"
 #include "apps/qorview/Summary.h"
 #include "host/Importer.h"
+#include "host/InputDispatcher.h"
 #include "host/Offscreen.h"
 
 #include <memory>
@@ -26,12 +28,19 @@ private:
     explicit Program(Options p_options);
 
     void Run();
+    void SetUp();
     void ImportFile(Host::Importer& p_importer, std::string const& p_file);
+    void Prepare();
+    void Orbit(double p_degrees);
     void DrawFrames(PictureFile const* p_picture);
+    void Pick();
     void Tell();
 
     Options _options;
     std::unique_ptr<Host::Offscreen> _offscreen;
+    std::unique_ptr<Host::InputDispatcher> _input; ///< null without a pointer
+    std::unique_ptr<PaneGrid> _panes; ///< null without panes
+    Host::FrameStatistics _prepared; ///< of the update before the first frame, when there was one
     Summary _summary;
 };
 

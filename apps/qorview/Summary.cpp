@@ -68,6 +68,8 @@ void Summary::WriteText(std::ostream& p_stream) const {
         for (FrameStatistics const& frame : frames)
             WriteFrame(p_stream, frame);
     }
+    if (pick)
+        pick->WriteText(p_stream);
     FrameStatistics const& first = frames.front();
     p_stream << "nodes       " << nodes << '\n'
              << "triangles   " << triangles << '\n'
@@ -89,6 +91,8 @@ void Summary::WriteJson(std::ostream& p_stream) const {
         {"reports", reports}, {"device", device}, {"width", size.width}, {"height", size.height}};
     if (!picture.empty())
         json["picture"] = picture;
+    if (pick)
+        json["pick"] = pick->Json();
     p_stream << json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "apps/qorview/PickReport.h"
 #include "framework/types/Size.h"
 #include "host/FrameStatistics.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +34,7 @@ struct Summary {
     Types::Size size;
     std::string picture; ///< empty when none was written
     bool listFrames = false;
+    std::optional<PickReport> pick;
 
     void WriteText(std::ostream& p_stream) const;
     void WriteJson(std::ostream& p_stream) const;

@@ -103,6 +103,13 @@ TEST_F(QorViewTest, wrongCommandLinesAreOneSentenceAndExitCode2) {
     for (char const* const size : {"0x0", "-1x5", "5x-1", "0x100", "16385x1", "1x99999999", "16384x16384", "x", "10x",
              "x10", "10x10x10", "1e3x5", "garbage", "", " 10x10", "99999999999999999999x5"})
         cases.push_back({{file, "--png", "a.png", "--size", size}, "--size \"" + std::string(size) + "\""});
+    for (char const* const pixel : {"1280,0", "0,800", "-1,5", "5", "5,", "nan,nan", "1e2,3", "99999999999999999999,1",
+             "2147483648,1", "inf,0", "3.5,4", "", "1,2,3", "1;2"}) {
+        cases.push_back({{file, "--pick", pixel}, "--pick \"" + std::string(pixel) + "\""});
+        cases.push_back({{file, "--hover", pixel}, "--hover \"" + std::string(pixel) + "\""});
+    }
+    for (char const* const panes : {"0x2", "2", "9x1", "axb", "-2x2", "2x2x2"})
+        cases.push_back({{file, "--panes", panes}, "--panes \"" + std::string(panes) + "\""});
     for (Case const& wrong : cases) {
         Outcome const outcome = Run(wrong.words);
         EXPECT_EQ(outcome.code, 2) << wrong.named;
@@ -226,10 +233,32 @@ TEST_F(QorViewTest, jsonHoldsTheSameFigures) {
         AllOf(StartsWith("{"), EndsWith("}\n"), HasSubstr("\"triangles\": 1352"), HasSubstr("\"nodes\": 3")));
 }
 
+TEST_F(QorViewTest, picksAndHoversTellWhatIsUnderThePixelOfThePicture) {
+    std::vector<std::string> const common{Data + "demo.glb", "--backend", "recorder"};
+    auto const run = [&](std::vector<std::string> p_more) {
+        p_more.insert(p_more.begin(), common.begin(), common.end());
+        return Run(p_more).out;
+    };
+    EXPECT_THAT(run({"--pick", "660,60"}), // the lighthouse is high in the picture, so Y counts from its upper edge
+        ContainsRegex(
+            "pick 660,60 from the upper left: [1-9] hits?, visited [0-9]+, tested 147\n\\[0\\] \n\tSimpleObject "
+            "\"light\""));
+    EXPECT_THAT(run({"--pick", "0,0"}), HasSubstr("0 hits, visited 181, tested 147\nselection   none\n"));
+    EXPECT_THAT(run({"--pick", "640,400"}), ContainsRegex("\nselection   handler\\(SimpleObject .*path\\("));
+    EXPECT_THAT(run({"--pick", "640,400", "--json"}), AllOf(HasSubstr("\"pick\": {"), HasSubstr("\"depth\"")));
+
+    EXPECT_THAT(run({"--hover", "640,400"}), HasSubstr("drawn       148")) << "one object is drawn again, highlighted";
+    EXPECT_THAT(run({"--hover", "0,0"}), HasSubstr("drawn       147"));
+    std::string const panes = run({"--panes", "3x2", "--pick", "1279,0", "--tree"});
+    EXPECT_THAT(panes, ContainsRegex("Viewport \"[^\n]*flags active,context-root"));
+    EXPECT_THAT(panes, AllOf(HasSubstr("nodes       1093"), HasSubstr("Viewport")));
+}
+
 TEST_F(QorViewTest, helpAndVersionGoToStandardOutput) {
     Outcome const help = Run({"--help"});
     EXPECT_EQ(help.code, 0);
-    for (char const* const option : {"--png", "--size", "--tree", "--frames", "--spin", "--backend", "--json"})
+    for (char const* const option :
+        {"--png", "--size", "--tree", "--frames", "--spin", "--backend", "--json", "--pick", "--hover", "--panes"})
         EXPECT_THAT(help.out, HasSubstr(option));
     Outcome const version = Run({"--version"});
     EXPECT_EQ(version.code, 0);

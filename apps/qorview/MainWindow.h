@@ -1,0 +1,76 @@
+#pragma once
+
+#include "apps/qorview/MessageList.h"
+#include "apps/qorview/Options.h"
+#include "apps/qorview/PaneGrid.h"
+#include "apps/qorview/Selection.h"
+#include "host/Camera.h"
+#include "host/Importer.h"
+#include "host/InputEvent.h"
+#include "host/qt/SceneWidget.h"
+
+#include <QMainWindow>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QLabel;
+
+namespace Qor::Chart::QorView {
+
+/// The window that qorview opens: the files in one pane or several, to be looked at from all sides, with hovering,
+/// selecting, a status line and a list of what went wrong.
+class MainWindow : public QMainWindow {
+public:
+    /// Opens the window and gives the exit code when it has been closed.
+    /// @throws Host::HostError when there is no display, no OpenGL, or a file cannot be used
+    static int Run(Options const& p_options);
+
+    explicit MainWindow(Options const& p_options);
+    ~MainWindow() override;
+
+    Host::SceneWidget& Widget() noexcept { return *_widget; }
+    Selection const& Selected() const noexcept { return _selection; }
+
+    /// Shows a file beside those that are there.
+    /// @throws Library::ModelFileError when it cannot be used
+    void Add(std::string const& p_file);
+    /// Shows files, in place of those that are there or beside them. What cannot be used goes to the messages; when that
+    /// is all of them, the old ones stay.
+    void Open(std::vector<std::string> const& p_files, bool p_adds);
+    /// Writes what the scene shows to a PNG file; failures go to the messages.
+    void SavePicture(std::string const& p_file);
+
+protected:
+    void closeEvent(QCloseEvent* p_event) override;
+
+private:
+    void SetUpScene(Options const& p_options);
+    void SetUpPanes(Options const& p_options);
+    void Listen();
+    void ListenTo(Host::SceneView& p_view);
+    void MakeMenus();
+    void MakeFileMenu();
+    void MakeViewMenu();
+
+    Core::Ptr<Model::ModelNode> Import(std::string const& p_file);
+    void AskForFiles(bool p_adds);
+    void AskForPicture();
+    void Click(Host::InputEvent const& p_event, Host::InputCallbacks::Hits const& p_hits);
+    void SelectBox(Host::SceneView& p_view, Render::BoxSelection const& p_box);
+    void SetProjection(Model::Pane::ProjectionMode p_mode);
+    void ShowUnderPointer(std::string const& p_text);
+    void Chosen();
+    void ShowHelp();
+
+    Host::SceneWidget* _widget; ///< the next four are children
+    MessageList* _messages;
+    QLabel* _underPointer;
+    QLabel* _selected;
+    std::unique_ptr<PaneGrid> _panes;
+    std::unique_ptr<Host::Importer> _importer; ///< until the next frame has taken its files up
+    Selection _selection;
+};
+
+} // namespace Qor::Chart::QorView

@@ -1,0 +1,359 @@
+#include "host/qt/SceneView.h"
+
+#include "framework/ogl/OpenGlBackend.h"
+#include "framework/utility/Logger.h"
+#include "render/events/EventInformation.h"
+
+#include <QDropEvent>
+#include <QEnterEvent>
+#include <QKeyEvent>
+#include <QLineF>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QTouchEvent>
+#include <QUrl>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <exception>
+
+namespace Qor::Chart::Host {
+
+namespace {
+
+using Render::EventInformation;
+
+constexpr double DegreesPerNotch = 120.0; ///< in eighths of a degree
+
+std::uint32_t ModifiersOf(::Qt::KeyboardModifiers p_modifiers) {
+    std::uint32_t modifiers = 0;
+    if (p_modifiers.testFlag(::Qt::AltModifier))
+        modifiers |= EventInformation::ModifierAlt;
+    if (p_modifiers.testFlag(::Qt::ControlModifier))
+        modifiers |= EventInformation::ModifierControl;
+    if (p_modifiers.testFlag(::Qt::ShiftModifier))
+        modifiers |= EventInformation::ModifierShift;
+    return modifiers;
+}
+
+/// The toolkit numbers buttons as bits, in the order primary, secondary, middle.
+std::uint32_t ButtonOf(::Qt::MouseButton p_button) {
+    return static_cast<std::uint32_t>(std::countr_zero(static_cast<std::uint32_t>(p_button)));
+}
+
+/// Letters and digits have the same codes here and there.
+int KeyOf(int p_key) {
+    return p_key == ::Qt::Key_Escape ? EventInformation::KeyEscape : p_key;
+}
+
+std::vector<std::string> FilesOf(QMimeData const& p_data) {
+    std::vector<std::string> files;
+    for (QUrl const& url : p_data.urls()) {
+        if (url.isLocalFile())
+            files.push_back(url.toLocalFile().toStdString());
+    }
+    return files;
+}
+
+} // namespace
+
+SceneView::SceneView(std::function<void()> p_schedule)
+    : SceneView(std::move(p_schedule), std::make_unique<Ogl::OpenGlBackend>()) {}
+
+SceneView::SceneView(std::function<void()> p_schedule, std::unique_ptr<Ogl::OpenGlBackend> p_backend)
+    : _schedule(std::move(p_schedule))
+    , _backend(p_backend.get())
+    , _scene(std::move(p_backend))
+    , _driver(_scene)
+    , _input(_scene)
+    , _navigator(_scene, _input, _camera)
+    , _popOuts([this](SceneView& p_view) { SetUpPopOut(p_view); })
+    , _listener(Core::MakeNode<ChangeListener>([this] {
+        if (!_isInFrame)
+            _scene.Dispatcher().RequestUpdate();
+    })) {
+    for (QTimer* const timer : {&_frameTimer, &_inputTimer}) {
+        timer->setSingleShot(true);
+        timer->setTimerType(::Qt::PreciseTimer);
+    }
+    QObject::connect(&_frameTimer, &QTimer::timeout, [this] { _schedule(); });
+    QObject::connect(&_inputTimer, &QTimer::timeout, [this] { _input.RunDue(); });
+    _scene.Dispatcher().SetWakeUp([this](int p_milliseconds) { ScheduleFrameIn(p_milliseconds); });
+    _input.Callbacks().wakeUp = [this](int p_milliseconds) { _inputTimer.start(p_milliseconds); };
+    _input.Callbacks().keyPress = [this](InputEvent const& p_event) {
+        _isKeyTaken = _navigator.PressKey(p_event) || (_keyCallback && _keyCallback(p_event));
+    };
+    _input.SetPopOutHost(&_popOuts);
+    _listener->ListenTo(_scene.Visual());
+}
+
+// Windows of popped-out content give it back while everything is still there; frames are not wanted any more.
+SceneView::~SceneView() {
+    ClosePopOuts();
+    _scene.Dispatcher().SetWakeUp({});
+    _input.Callbacks() = {};
+}
+
+void SceneView::SetModel(Core::Ptr<Model::ModelNode> p_root) {
+    _scene.SetModel(std::move(p_root));
+    _listener->ListenTo(_scene.Visual());
+    FitAll();
+}
+
+void SceneView::FitAll() {
+    _isFitWanted = true;
+    Refresh();
+}
+
+void SceneView::Refresh() {
+    _navigator.SetWindow(_pixels.Viewport());
+    _scene.Dispatcher().RequestUpdate();
+}
+
+PaneView SceneView::ActiveView() const {
+    Types::Size const& size = _pixels.framebuffer;
+    bool const isInside = _pixels.Viewport().Contains(_pointer);
+    return _navigator.ViewAt(isInside ? _pointer : Types::Pos(size.width / 2, size.height / 2));
+}
+
+void SceneView::SetUpPopOut(SceneView& p_view) {
+    p_view._camera = _navigator.CameraOf(ActiveView());
+    p_view._scene.Schema() = _scene.Schema();
+    if (_popOutCallback)
+        _popOutCallback(p_view);
+}
+
+void SceneView::Resize(Types::Size const& p_size, double p_ratio) {
+    Types::Size const pixels(static_cast<int>(std::lround(std::max(p_size.width, 0) * p_ratio)),
+        static_cast<int>(std::lround(std::max(p_size.height, 0) * p_ratio)));
+    if (pixels == _pixels.framebuffer && p_ratio == _pixels.ratio)
+        return;
+    _pixels = {pixels, p_ratio};
+    _scene.Capabilities().pixelRatio = static_cast<float>(p_ratio);
+    _navigator.SetWindow(_pixels.Viewport());
+}
+
+void SceneView::Paint() {
+    if (_pixels.framebuffer.IsEmpty())
+        return;
+    _isInFrame = true;
+    _frameTimer.stop();
+    try {
+        UpdateAndDraw();
+        _lastFailure.clear();
+    } catch (std::exception const& error) {
+        Failed(error.what());
+    }
+    _isInFrame = false;
+    if (_scene.Dispatcher().UpdateRequested()) // listeners changed the model after the update
+        _scene.Dispatcher().RequestUpdate();
+    _input.FrameDone();
+    if (_frameCallback)
+        _frameCallback();
+    if (std::optional<int> const due = _scene.Dispatcher().RedrawDueIn())
+        ScheduleFrameIn(*due);
+}
+
+// Fitting takes the boxes of the first update, and the second one takes the cameras up. Whatever the nodes that were updated
+// asked to have drawn is drawn at once.
+void SceneView::UpdateAndDraw() {
+    _listener->ListenTo(_scene.Visual());
+    if (std::exchange(_isFitWanted, false)) {
+        _driver.Update();
+        _navigator.FitAll();
+    }
+    _driver.Update();
+    _scene.Dispatcher().TakeRedrawRequest();
+    _driver.Draw(_camera, _pixels.Viewport());
+}
+
+void SceneView::ReleaseDevice() {
+    _backend->Release();
+}
+
+void SceneView::Failed(std::string const& p_sentence) {
+    if (p_sentence == _lastFailure)
+        return;
+    _lastFailure = p_sentence;
+    if (_errorCallback)
+        _errorCallback(p_sentence);
+    else
+        Utility::GetLogger().error(p_sentence);
+}
+
+void SceneView::ScheduleFrameIn(int p_milliseconds) {
+    if (_isInFrame) // Paint asks again at its end
+        return;
+    if (p_milliseconds <= 0)
+        _schedule();
+    else
+        _frameTimer.start(p_milliseconds);
+}
+
+bool SceneView::Handle(QEvent& p_event) {
+    switch (p_event.type()) {
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+        Mouse(static_cast<QMouseEvent&>(p_event));
+        return true;
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+        return Touch(static_cast<QTouchEvent&>(p_event));
+    case QEvent::TouchCancel:
+        _input.PointerCancelled();
+        return true;
+    case QEvent::NativeGesture: {
+        auto const& gesture = static_cast<QNativeGestureEvent const&>(p_event);
+        if (gesture.gestureType() != ::Qt::ZoomNativeGesture)
+            return false;
+        Pinch(ToPixel(gesture.position()), 1.0 + gesture.value());
+        return true;
+    }
+    case QEvent::Wheel:
+        Wheel(static_cast<QWheelEvent&>(p_event));
+        return true;
+    case QEvent::Enter:
+        _input.PointerMoved(ToPixel(static_cast<QEnterEvent const&>(p_event).position()));
+        return false;
+    case QEvent::Leave:
+        _input.PointerLeft();
+        return false;
+    case QEvent::UngrabMouse:
+        _input.CaptureLost();
+        return false;
+    case QEvent::FocusOut:
+        _input.FocusLost();
+        return false;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        return Key(static_cast<QKeyEvent&>(p_event));
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+        DragOver(static_cast<QDropEvent&>(p_event));
+        return true;
+    case QEvent::DragLeave:
+        _input.DragLeft();
+        return true;
+    case QEvent::Drop:
+        Drop(static_cast<QDropEvent&>(p_event));
+        return true;
+    case QEvent::Show:
+        _scene.Capabilities().Resume(Render::SceneCapabilities::SuppressionHidden);
+        Refresh();
+        return false;
+    case QEvent::Hide:
+        _scene.Capabilities().Suppress(Render::SceneCapabilities::SuppressionHidden);
+        _input.PointerLeft();
+        return false;
+    default:
+        return false;
+    }
+}
+
+Types::Pos SceneView::ToPixel(QPointF const& p_position) const {
+    return _pixels.ToFramebuffer(p_position.x(), p_position.y());
+}
+
+void SceneView::Mouse(QMouseEvent& p_event) {
+    Types::Pos const position = ToPixel(p_event.position());
+    _pointer = position;
+    std::uint32_t const modifiers = ModifiersOf(p_event.modifiers());
+    _input.SetTouch(false);
+    if (p_event.type() == QEvent::MouseMove)
+        _input.PointerMoved(position, modifiers);
+    else if (p_event.type() == QEvent::MouseButtonRelease)
+        _input.PointerReleased(position, ButtonOf(p_event.button()), modifiers);
+    else
+        _input.PointerPressed(position, ButtonOf(p_event.button()), modifiers);
+    p_event.accept();
+}
+
+/// One finger is a pointer; two zoom by their distance.
+bool SceneView::Touch(QTouchEvent& p_event) {
+    auto const& points = p_event.points();
+    if (points.empty())
+        return false;
+    QPointF const first = points.front().position();
+    Types::Pos const position = ToPixel(first);
+    std::uint32_t const modifiers = ModifiersOf(p_event.modifiers());
+    if (points.size() > 1) {
+        double const distance = QLineF(first, points[1].position()).length();
+        if (_fingerDistance > 0 && distance > 0)
+            Pinch(position, distance / _fingerDistance);
+        else
+            _input.PointerCancelled();
+        _fingerDistance = p_event.type() == QEvent::TouchEnd ? 0 : distance;
+        return true;
+    }
+    bool const wasPinch = std::exchange(_fingerDistance, 0) > 0;
+    _input.SetTouch(true);
+    if (p_event.type() == QEvent::TouchBegin)
+        _input.PointerPressed(position, 0, modifiers);
+    else if (p_event.type() == QEvent::TouchUpdate && !wasPinch)
+        _input.PointerMoved(position, modifiers);
+    else if (p_event.type() == QEvent::TouchEnd) {
+        _input.PointerReleased(position, 0, modifiers);
+        _input.PointerLeft();
+    }
+    return true;
+}
+
+void SceneView::Pinch(Types::Pos const& p_position, double p_factor) {
+    if (std::isfinite(p_factor) && p_factor > 0)
+        _input.Scrolled(p_position, std::log(p_factor) / std::log(Navigator::ZoomPerNotch));
+}
+
+void SceneView::Wheel(QWheelEvent& p_event) {
+    Types::Pos const position = ToPixel(p_event.position());
+    QPoint const turn = p_event.angleDelta();
+    int const along = turn.y() != 0 ? turn.y() : turn.x(); // with Alt held, the toolkit takes it for sideways
+    _input.Scrolled(position, along / DegreesPerNotch, ModifiersOf(p_event.modifiers()));
+    p_event.accept();
+}
+
+/// A key that nobody wants goes on to whoever is around the surface.
+bool SceneView::Key(QKeyEvent& p_event) {
+    int const key = KeyOf(p_event.key());
+    std::uint32_t const modifiers = ModifiersOf(p_event.modifiers());
+    if (p_event.type() == QEvent::KeyRelease) {
+        if (!p_event.isAutoRepeat())
+            _input.KeyReleased(key, modifiers);
+        return false;
+    }
+    _isKeyTaken = true; // unless the dispatcher finds nobody and hands it on
+    _input.KeyPressed(key, modifiers);
+    return std::exchange(_isKeyTaken, false);
+}
+
+bool SceneView::TakesFiles(QDropEvent const& p_event) const {
+    return _filesCallback && p_event.mimeData() && !FilesOf(*p_event.mimeData()).empty();
+}
+
+void SceneView::DragOver(QDropEvent& p_event) {
+    Types::Pos const position = ToPixel(p_event.position());
+    bool const isTaken = _input.DragMoved(position, boost::any(p_event.mimeData()), ModifiersOf(p_event.modifiers()));
+    if (isTaken || TakesFiles(p_event))
+        p_event.acceptProposedAction();
+    else
+        p_event.ignore();
+}
+
+void SceneView::Drop(QDropEvent& p_event) {
+    Types::Pos const position = ToPixel(p_event.position());
+    if (_input.Dropped(position, boost::any(p_event.mimeData()), ModifiersOf(p_event.modifiers()))) {
+        p_event.acceptProposedAction();
+    } else if (TakesFiles(p_event)) {
+        p_event.acceptProposedAction();
+        QTimer::singleShot(0, &_inputTimer, [this, files = FilesOf(*p_event.mimeData())] { _filesCallback(files); });
+    } else {
+        p_event.ignore();
+    }
+}
+
+} // namespace Qor::Chart::Host
