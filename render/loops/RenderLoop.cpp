@@ -1,6 +1,7 @@
 #include "render/loops/RenderLoop.h"
 
 #include "render/core/PaneMarker.h"
+#include "render/loops/VisitChildren.h"
 #include "framework/core/Exceptions.h"
 #include "framework/library/Geometry.h"
 #include "framework/ogl/Agl.h"
@@ -175,11 +176,7 @@ void RenderLoop::DrawThis(DrawFunction p_draw, Vis& p_node, DrawContext& p_conte
     bool const wantsChildren = !p_draw || CallDrawHook(p_draw, p_node, p_context, stage);
     if (!hasActiveChildren || !wantsChildren)
         return;
-    ActiveIterator const end = p_node.ActiveEnd();
-    for (ActiveIterator child = p_node.ActiveBegin(); !(child == end); ++child) {
-        if (!Draw(*child, p_context, p_roots))
-            return;
-    }
+    VisitChildren(p_node, [&](Core::Ptr<Vis> const& p_child) { return Draw(p_child, p_context, p_roots); });
 }
 
 /// Whether the node wants its children drawn.

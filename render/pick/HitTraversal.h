@@ -8,6 +8,7 @@
 #include "render/context/PickPoint.h"
 #include "render/core/Vis.h"
 #include "render/loops/NodeScope.h"
+#include "render/loops/VisitChildren.h"
 #include "render/pick/HitPass.h"
 #include "render/pick/HitResult.h"
 
@@ -77,38 +78,25 @@ public:
     }
 
 private:
-    static constexpr int Distance = 6; ///< siblings from the one that is visited to the one that is fetched
-
     void VisitNode(Vis& p_node, DrawContext& p_outer, Level const& p_level) {
         NodeScope scope(p_node, p_outer, _roots);
         DrawContext& context = scope.Context();
         Level level = _target.LevelOf(p_node, p_level);
         if (!_pass.Concerns(p_node)) {
-            VisitChildren(p_node, context, level);
+            VisitBelow(p_node, context, level);
             return;
         }
         scope.OpenCheckPoint();
         auto const visitThis = [&] {
             if (TestNode(p_node, context, level))
-                VisitChildren(p_node, context, level);
+                VisitBelow(p_node, context, level);
         };
         scope.Run(_pass.SetupOf(p_node), _pass.TeardownOf(p_node), visitThis, _stage);
         scope.CloseCheckPoint();
     }
 
-    void VisitChildren(Vis& p_node, DrawContext& p_context, Level const& p_level) {
-        // Their memory may be anywhere: that of the next ones is fetched ahead.
-        auto ahead = p_node.begin();
-        for (int step = 0; step < Distance; ++step)
-            ++ahead;
-        ActiveIterator const end = p_node.ActiveEnd();
-        for (ActiveIterator child = p_node.ActiveBegin(); !(child == end); ++child) {
-            if (Vis const* const next = ahead->Get())
-                next->Prefetch();
-            ++ahead;
-            if (!Visit(*child, p_context, p_level))
-                return;
-        }
+    void VisitBelow(Vis& p_node, DrawContext& p_context, Level const& p_level) {
+        VisitChildren(p_node, [&](Core::Ptr<Vis> const& p_child) { return Visit(p_child, p_context, p_level); });
     }
 
     /// Whether to go on with the node's children.
