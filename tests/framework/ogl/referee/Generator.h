@@ -1,0 +1,14 @@
+#pragma once
+
+#include "tests/framework/ogl/referee/Program.h"
+
+namespace Qor::Chart::Ogl::Referee {
+
+/// Which primitives a random program draws.
+enum class Content { Polygons, LinesAndPoints, DashedLines };
+
+/// A program of random state changes and draws, the same one for the same seed. With `Content::Polygons` all polygons are
+/// filled, and there is nothing else; otherwise there are also points, lines, outlines and corners.
+Program MakeRandomProgram(unsigned p_seed, Content p_content);
+
+} // namespace Qor::Chart::Ogl::Referee
