@@ -6,8 +6,8 @@
 
 namespace Qor::Chart::Host {
 
-/// A camera for the panes below it. Panes make their projection with the camera of whoever draws them; put one of these
-/// above a pane to give it a view of its own:
+/// The camera of a pane. Panes make their projection with the camera of whoever draws them; put one of these above each
+/// pane that is to have a view of its own:
 ///
 ///     auto const view = Core::MakeNode<Host::CameraNode>();
 ///     view->Add(pane);
@@ -17,6 +17,9 @@ namespace Qor::Chart::Host {
 ///     camera.Look(Host::Camera::View::Top);
 ///     camera.Fit(boxOfThePane, viewportOfThePane);
 ///     view->SetCamera(camera);
+///
+/// It serves that one pane: it is fitted to what the pane shows. Panes further down are seen with it too, and have to do
+/// with where it looks.
 ///
 /// Whether the picture is a perspective is the pane's own property; give the camera the same mode before it is fitted.
 /// Every `Scene` shows such nodes.

@@ -1,6 +1,7 @@
 #include "host/CameraVis.h"
 
 #include "render/context/DrawContext.h"
+#include "render/core/PaneMarker.h"
 
 namespace Qor::Chart::Host {
 
@@ -22,6 +23,7 @@ Camera::Box BoxOfPanes(Render::Vis const& p_node) {
 
 CameraVis::CameraVis(Core::Ptr<Model::ModelNode> const& p_model) : _model(*this, "model") {
     _model.Attach(p_model);
+    SetLayer(Render::PaneMarker::PaneLayer);
     RegisterCB(Render::HandledSetup);
 }
 

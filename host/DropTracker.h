@@ -21,7 +21,6 @@ public:
     void Leave(InputEvent const& p_input, EventTarget const* p_dragged);
     /// Whether the target has taken what was dropped; there is none afterwards.
     bool Drop(InputEvent const& p_input, EventTarget const* p_dragged);
-    bool HasTarget() const noexcept { return _target.has_value(); }
 
 private:
     bool Call(EventTarget const& p_target, EventCaller::EventName p_event, InputEvent const& p_input,

@@ -145,8 +145,8 @@ Result EventCaller::Call(EventTarget const& p_receiver, EventName p_event, Input
     try {
         Result const result =
             p_target ? Drop(*handler, p_event, information, {*p_target, p_hint}) : Ask(*handler, p_event, information);
-        if (information.LaterCall())
-            _timers.Add(information.CallDelay(), p_receiver.node, information.LaterCall());
+        for (auto const& [milliseconds, call] : information.LaterCalls())
+            _timers.Add(milliseconds, p_receiver.node, call);
         if (information.TimeOut())
             _timeOuts.push_back({p_receiver.node, *information.TimeOut()});
         return result;

@@ -1,6 +1,7 @@
 #include "host/EventTargets.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace Qor::Chart::Host {
@@ -9,12 +10,15 @@ EventTargets::EventTargets() : EventTargets(std::vector<Render::HitRecord>()) {}
 
 EventTargets::EventTargets(std::vector<Render::HitRecord> p_hits)
     : _hits(std::make_shared<std::vector<Render::HitRecord> const>(std::move(p_hits))) {
+    std::unordered_set<Core::WeakPtr<Render::Vis>> known; // thousands of symbols may lie under one pixel
     for (Render::HitRecord const& hit : *_hits) {
-        if (!Find(hit.node))
+        if (known.insert(hit.node).second)
             _targets.push_back({hit.node, &hit});
     }
-    for (Render::HitRecord const& hit : *_hits)
-        AddRoot(hit.hitRoot);
+    for (Render::HitRecord const& hit : *_hits) {
+        if (!hit.hitRoot.IsEmpty() && known.insert(hit.hitRoot).second)
+            _targets.push_back({hit.hitRoot, nullptr});
+    }
 }
 
 void EventTargets::AddRoot(Core::WeakPtr<Render::Vis> const& p_root) {

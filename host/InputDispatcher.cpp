@@ -7,7 +7,6 @@
 #include "host/WindowPixels.h"
 #include "render/events/EventInformation.h"
 #include "render/pick/BoxSelection.h"
-#include "render/pick/SelectRecord.h"
 
 #include <algorithm>
 #include <exception>
@@ -28,6 +27,8 @@ constexpr std::uint64_t RestFactor = 4;
 /// without end do not hold up the window.
 constexpr int MaxInARow = 256;
 constexpr std::uint64_t NanosecondsPerMillisecond = 1'000'000;
+
+constexpr std::uint32_t AllButtons = ~std::uint32_t{0};
 
 std::uint32_t MaskOf(std::uint32_t p_button) {
     return p_button < 32 ? std::uint32_t{1} << p_button : 0;
@@ -114,7 +115,9 @@ void InputDispatcher::Settle(Core::Ptr<Render::Vis> const& p_root, Core::TimeSta
 }
 
 std::optional<std::uint64_t> InputDispatcher::NextDue() const {
-    std::optional<std::uint64_t> next = Earlier(_timers.NextDue(), _hover.NextDue());
+    std::optional<std::uint64_t> next = _timers.NextDue();
+    if (!_press.IsDown()) // nobody is left before the release
+        next = Earlier(next, _hover.NextDue());
     if (_looksAgain && IsResting())
         next = Earlier(next, _nextLook);
     return _queue.empty() ? next : Earlier(next, std::uint64_t{0});
@@ -134,14 +137,15 @@ void InputDispatcher::WakeUp() {
 }
 
 void InputDispatcher::RunDue() {
-    if (_isBusy)
-        return;
     _announced.reset();
+    if (_isBusy) // what is due is announced again after that
+        return;
     RunQueue();
     Take([this] {
         for (TimerList::Timer const& timer : _timers.TakeDue())
             _caller.CallTimer(timer);
-        _hover.LeaveDue(Now());
+        if (!_press.IsDown())
+            _hover.LeaveDue(Now());
         LookAtRest();
     });
 }
@@ -250,7 +254,7 @@ void InputDispatcher::PointerPressed(Types::Pos const& p_position, std::uint32_t
 void InputDispatcher::Press(Types::Pos const& p_position, std::uint32_t p_button, std::uint32_t p_modifiers) {
     bool const isNew = !_press.IsDown() || _press.Button() == p_button;
     if (isNew && _press.IsDown())
-        BreakOff(false, true);
+        BreakOff(false, MaskOf(p_button));
     if (isNew) {
         bool const hasMoved = !_isInside || !(p_position == _position);
         Place(p_position, p_modifiers);
@@ -286,6 +290,7 @@ void InputDispatcher::Release(Types::Pos const& p_position, std::uint32_t p_butt
 }
 
 void InputDispatcher::AfterPress(WeakVis const& p_owner, bool p_wasDragging) {
+    _hover.Restart();
     if (!p_owner.IsEmpty())
         _hover.Leave(p_owner, Now());
     if (p_wasDragging)
@@ -294,15 +299,14 @@ void InputDispatcher::AfterPress(WeakVis const& p_owner, bool p_wasDragging) {
         LookAndHover(false);
 }
 
-void InputDispatcher::BreakOff(bool p_takesBack, bool p_isUp) {
+void InputDispatcher::BreakOff(bool p_takesBack, std::uint32_t p_upButtons) {
     bool const wasDragging = _press.IsDragging();
     if (EventTarget const* const dragged = _press.DraggedOntoOthers())
         _drops.Leave(Now(), dragged);
     WeakVis const owner = p_takesBack ? _press.TakeBack(Now()) : _press.Stop(Now());
-    if (p_isUp) {
+    if (p_upButtons != 0)
         _press.Forget();
-        _buttons = 0;
-    }
+    _buttons &= ~p_upButtons;
     AfterPress(owner, wasDragging);
 }
 
@@ -316,7 +320,7 @@ void InputDispatcher::PointerLeft() {
 void InputDispatcher::PointerCancelled() {
     Take([this] {
         if (_press.IsDown())
-            BreakOff(true, true);
+            BreakOff(true, AllButtons);
         _buttons = 0;
     });
 }
@@ -324,7 +328,7 @@ void InputDispatcher::PointerCancelled() {
 void InputDispatcher::CaptureLost() {
     Take([this] {
         if (_press.IsDown())
-            BreakOff(false, true);
+            BreakOff(false, AllButtons);
         _buttons = 0;
     });
 }
@@ -371,7 +375,7 @@ EventTargets InputDispatcher::KeyTargets() const {
 void InputDispatcher::PressKey(int p_key) {
     if (_press.IsDown()) {
         if (p_key == Render::EventInformation::KeyEscape)
-            BreakOff(true, false);
+            BreakOff(true, 0);
         return;
     }
     LookAndHover(false);
@@ -409,7 +413,7 @@ void InputDispatcher::ReleaseHeldKeys() {
 void InputDispatcher::FocusLost() {
     Take([this] {
         if (_press.IsDown())
-            BreakOff(false, true);
+            BreakOff(false, AllButtons);
         _buttons = 0;
         ReleaseHeldKeys();
         _modifiers = 0;
@@ -473,22 +477,27 @@ void InputDispatcher::AboutToMove(Core::WeakPtr<Model::ModelNode> const& p_node)
 }
 
 void InputDispatcher::Hover(Render::SelectRecord const& p_record) {
-    if (!_hovered.IsEmpty() && !(_hovered == p_record.Selection()))
-        EndHover(_hovered);
-    _hovered = p_record.Selection();
-    _hoverer = p_record.Handler();
+    bool const isKnown = _hovered && !(*_hovered < p_record) && !(p_record < *_hovered);
+    if (isKnown)
+        return;
+    EndHover();
+    _hovered = p_record;
     _caller.Tell(_callbacks.hover, p_record);
 }
 
 void InputDispatcher::EndHover(Core::WeakPtr<Model::ModelNode> const& p_node) {
-    if (_hovered.IsEmpty() || !(_hovered == p_node))
-        return;
-    _caller.Tell(_callbacks.endHover, std::exchange(_hovered, {}));
+    if (_hovered && _hovered->Selection() == p_node)
+        EndHover();
+}
+
+void InputDispatcher::EndHover() {
+    if (std::optional<Render::SelectRecord> const ended = std::exchange(_hovered, std::nullopt))
+        _caller.Tell(_callbacks.endHover, ended->Selection());
 }
 
 void InputDispatcher::EndHoverOfDead() {
-    if (!_hovered.IsEmpty() && (_hoverer.Expired() || _hovered.Expired()))
-        EndHover(Core::WeakPtr<Model::ModelNode>(_hovered));
+    if (_hovered && !_hovered->IsValid())
+        EndHover();
 }
 
 } // namespace Qor::Chart::Host

@@ -16,6 +16,7 @@
 #include "host/PressTracker.h"
 #include "host/TimerList.h"
 #include "render/events/EventSink.h"
+#include "render/pick/SelectRecord.h"
 
 #include <boost/any.hpp>
 
@@ -158,13 +159,16 @@ private:
     void Press(Types::Pos const& p_position, std::uint32_t p_button, std::uint32_t p_modifiers);
     void Release(Types::Pos const& p_position, std::uint32_t p_button, std::uint32_t p_modifiers);
     void Drag();
-    void BreakOff(bool p_takesBack, bool p_isUp);
+    /// Ends the press, with its drag.
+    /// @param p_upButtons  those that count as up from now on, by their masks; with none the press waits for its release
+    void BreakOff(bool p_takesBack, std::uint32_t p_upButtons);
     /// Hovering starts anew for the node whose drag has ended, and follows the pointer again for all.
     void AfterPress(Core::WeakPtr<Render::Vis> const& p_owner, bool p_wasDragging);
     EventTargets KeyTargets() const;
     void PressKey(int p_key);
     void ReleaseKey(int p_key);
     void ReleaseHeldKeys();
+    void EndHover();
     void EndHoverOfDead();
 
     Scene& _scene;
@@ -193,8 +197,7 @@ private:
     std::uint32_t _buttons = 0;
     std::uint32_t _modifiers = 0;
     std::map<int, EventTarget> _heldKeys; ///< and the node that has handled the press; without a hit
-    Core::WeakPtr<Model::ModelNode> _hovered; ///< what the program was told of last
-    Core::WeakPtr<Render::Vis> _hoverer; ///< and by whom
+    std::optional<Render::SelectRecord> _hovered; ///< what the program was told of, until it is told of the end
 
     std::deque<Waiting> _queue;
     bool _isBusy = false;

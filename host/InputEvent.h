@@ -54,7 +54,7 @@ struct InputCallbacks {
     };
 
     /// A click, and the second click of a double click, after the nodes: with everything that was under the pointer, best
-    /// first, and whether a node has answered it by stopping it.
+    /// first, and whether a node has handled or stopped it.
     std::function<void(InputEvent const&, Hits const&, bool p_isTaken)> click;
     std::function<void(InputEvent const&, Hits const&, bool p_isTaken)> doubleClick;
     /// A drag that no node wanted, such as one that turns the camera.

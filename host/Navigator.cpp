@@ -1,6 +1,7 @@
 #include "host/Navigator.h"
 
 #include "framework/core/Ptr.h"
+#include "framework/model/Pane.h"
 #include "host/Scene.h"
 #include "render/events/EventInformation.h"
 
@@ -30,14 +31,50 @@ Camera::Pixel Middle(Types::Pos const& p_pixel) {
     return {p_pixel.x + 0.5, p_pixel.y + 0.5};
 }
 
+/// How a pane projects; nothing for the window itself.
+std::optional<Render::ProjectionMode> ModeOf(PaneView const& p_view) {
+    Core::Ptr<Render::Vis> const vis = p_view.pane.Lock();
+    auto const pane = vis ? Core::DynamicCast<Model::Pane>(vis->SourceModel().Lock()) : nullptr;
+    if (!pane)
+        return std::nullopt;
+    bool const isPerspective = pane->GetProjectionMode() == Model::Pane::ProjectionMode::Perspective;
+    return isPerspective ? Render::ProjectionMode::Perspective : Render::ProjectionMode::Orthographic;
+}
+
+/// A callback that a navigator has set.
+template <auto Member>
+struct Call {
+    Navigator* navigator;
+
+    template <class... Arguments>
+    void operator()(Arguments const&... p_arguments) const {
+        (navigator->*Member)(p_arguments...);
+    }
+};
+
+/// Leaves alone what the program or another navigator has put there since.
+template <auto Member, class Callback>
+void Clear(Callback& p_callback, Navigator const* p_navigator) {
+    auto const* const own = p_callback.template target<Call<Member>>();
+    if (own && own->navigator == p_navigator)
+        p_callback = {};
+}
+
 } // namespace
 
 Navigator::Navigator(Scene& p_scene, InputDispatcher& p_input, Camera& p_camera)
     : _scene(p_scene), _input(p_input), _camera(p_camera) {
     InputCallbacks& callbacks = p_input.Callbacks();
-    callbacks.drag = [this](InputEvent const& p_event, InputCallbacks::DragPhase p_phase) { Drag(p_event, p_phase); };
-    callbacks.scroll = [this](InputEvent const& p_event) { Scroll(p_event); };
-    callbacks.keyPress = [this](InputEvent const& p_event) { PressKey(p_event); };
+    callbacks.drag = Call<&Navigator::Drag>{this};
+    callbacks.scroll = Call<&Navigator::Scroll>{this};
+    callbacks.keyPress = Call<&Navigator::PressKey>{this};
+}
+
+Navigator::~Navigator() {
+    InputCallbacks& callbacks = _input.Callbacks();
+    Clear<&Navigator::Drag>(callbacks.drag, this);
+    Clear<&Navigator::Scroll>(callbacks.scroll, this);
+    Clear<&Navigator::PressKey>(callbacks.keyPress, this);
 }
 
 void Navigator::SetWindow(Types::Viewport<0> const& p_window) {
@@ -51,14 +88,20 @@ PaneView Navigator::ViewAt(Types::Pos const& p_pixel) const {
 
 Camera Navigator::CameraOf(PaneView const& p_view) const {
     Core::Ptr<CameraNode> const node = p_view.camera.Lock();
-    return node ? node->GetCamera() : _camera;
+    Camera camera = node ? node->GetCamera() : _camera;
+    if (std::optional<Render::ProjectionMode> const mode = ModeOf(p_view))
+        camera.SetProjectionMode(*mode);
+    return camera;
 }
 
 void Navigator::Show(PaneView const& p_view, Camera const& p_camera) {
-    if (Core::Ptr<CameraNode> const node = p_view.camera.Lock())
+    if (Core::Ptr<CameraNode> const node = p_view.camera.Lock()) {
         node->SetCamera(p_camera);
-    else
+    } else {
+        Render::ProjectionMode const ofWindow = _camera.GetProjectionMode();
         _camera = p_camera;
+        _camera.SetProjectionMode(ofWindow);
+    }
     _input.SetView(_camera, _window);
     _input.RequestUpdate();
 }
@@ -73,9 +116,13 @@ void Navigator::Fit(PaneView const& p_view) {
 
 void Navigator::FitAll() {
     Fit({{}, {}, _window});
-    for (PaneView const& view : PaneFinder::All(_scene.Visual(), _window))
-        if (!view.camera.Expired())
-            Fit(view);
+    std::vector<Core::WeakPtr<CameraNode>> fitted; // to the outermost of the panes that they are for
+    for (PaneView const& view : PaneFinder::All(_scene.Visual(), _window)) {
+        if (view.camera.Expired() || std::ranges::find(fitted, view.camera) != fitted.end())
+            continue;
+        fitted.push_back(view.camera);
+        Fit(view);
+    }
 }
 
 void Navigator::Look(PaneView const& p_view, Camera::View p_direction) {

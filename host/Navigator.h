@@ -33,8 +33,9 @@ public:
     /// The zoom of one notch of the wheel.
     static constexpr double ZoomPerNotch = 1.2;
 
-    /// Takes the dispatcher's callbacks for drags, the wheel and keys.
+    /// Takes the dispatcher's callbacks for drags, the wheel and keys, until its end or until they are set anew.
     Navigator(Scene& p_scene, InputDispatcher& p_input, Camera& p_camera);
+    ~Navigator();
     Navigator(Navigator const&) = delete;
     Navigator& operator=(Navigator const&) = delete;
 
@@ -50,7 +51,7 @@ public:
 
     /// What is seen at a pixel of the window.
     PaneView ViewAt(Types::Pos const& p_pixel) const;
-    /// The pane's own camera, or the host's.
+    /// The pane's own camera, or the host's, with the projection of the pane.
     Camera CameraOf(PaneView const& p_view) const;
 
     /// \name What the dispatcher hands on

@@ -11,6 +11,32 @@ namespace Qor::Chart::Host {
 using Render::DrawContext;
 using Render::HitRecord;
 
+namespace {
+
+using namespace Ogl::Tokens;
+
+/// Brings the matrices that a view loads back at its end. The matrix mode is among the attributes.
+class MatrixScope {
+public:
+    explicit MatrixScope(Ogl::Agl& p_agl)
+        : _agl(p_agl), _projection(p_agl.Get(AGL_PROJECTION_MATRIX)), _modelView(p_agl.Get(AGL_MODELVIEW_MATRIX)) {}
+    ~MatrixScope() {
+        _agl.MatrixMode(AGL_PROJECTION);
+        _agl.LoadMatrix(_projection);
+        _agl.MatrixMode(AGL_MODELVIEW);
+        _agl.LoadMatrix(_modelView);
+    }
+    MatrixScope(MatrixScope const&) = delete;
+    MatrixScope& operator=(MatrixScope const&) = delete;
+
+private:
+    Ogl::Agl& _agl;
+    Types::Matrix4 _projection;
+    Types::Matrix4 _modelView;
+};
+
+} // namespace
+
 Picker::Picker(Scene& p_scene) : _scene(p_scene), _view(p_scene) {}
 
 std::vector<HitRecord> Picker::Pick(Camera const& p_camera, Types::Viewport<0> const& p_window,
@@ -35,7 +61,8 @@ std::vector<HitRecord> Picker::Run(Camera const& p_camera, Types::Viewport<0> co
     std::vector<HitRecord> hits;
     if (p_window.IsEmpty())
         return hits;
-    Ogl::PushAttribScope const saved(_scene.Graphics(), Ogl::Tokens::AGL_ALL_ATTRIB_BITS);
+    Ogl::PushAttribScope const saved(_scene.Graphics(), AGL_ALL_ATTRIB_BITS);
+    MatrixScope const matrices(_scene.Graphics());
     DrawContext context = _scene.MakeDrawContext(DrawContext::DrawMode::Draw);
     _view.Prepare(p_camera, p_window, context);
     GuardTree([&] { hits = p_loop(context); });

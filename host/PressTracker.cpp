@@ -31,7 +31,8 @@ EventTarget const* PressTracker::DraggedOntoOthers() const {
 }
 
 bool PressTracker::IsFar(Types::Pos const& p_from, Types::Pos const& p_to) const noexcept {
-    return std::max(std::abs(p_to.x - p_from.x), std::abs(p_to.y - p_from.y)) >= _threshold;
+    auto const distance = [](int p_a, int p_b) { return std::abs(std::int64_t{p_a} - p_b); };
+    return std::max(distance(p_to.x, p_from.x), distance(p_to.y, p_from.y)) >= _threshold;
 }
 
 bool PressTracker::IsSecondClick(int p_milliseconds) const {
@@ -138,7 +139,6 @@ WeakVis PressTracker::Stop(InputEvent const& p_input) {
     WeakVis owner = EndDrag(p_input, DragPhase::End);
     _isBrokenOff = false;
     _lastClick.reset();
-    Forget();
     return owner;
 }
 

@@ -38,7 +38,7 @@ public:
     Core::WeakPtr<Render::Vis> End(InputEvent const& p_input);
     /// Takes a drag back: it goes to where it began, and ends. The same goes for a press; both wait for the release.
     Core::WeakPtr<Render::Vis> TakeBack(InputEvent const& p_input);
-    /// Ends a drag where it is; the release will not come.
+    /// Ends a drag where it is. The press waits for the release, unless it is forgotten as well.
     Core::WeakPtr<Render::Vis> Stop(InputEvent const& p_input);
     /// No button is down any more, whatever was.
     void Forget() noexcept;

@@ -1,5 +1,6 @@
 #include "framework/model/ModelNode.h"
 
+#include "framework/utility/Ensure.h"
 #include "framework/utility/Logger.h"
 
 #include <cstddef>
@@ -93,6 +94,8 @@ Core::Ptr<ModelNode> ModelNode::CloneAlone() const {
         return {};
     }
     clone->SetName(Name());
+    std::size_t const count = clone->Properties().Size();
+    (void)QOR_ENSURE_TEXT(count <= Properties().Size(), "count <= p_from->properties.Size()");
     for (PropertyInfo const* const property : Properties())
         property->Copy(*this, *clone);
     CopyTo(*clone);

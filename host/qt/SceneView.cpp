@@ -2,10 +2,13 @@
 
 #include "framework/ogl/OpenGlBackend.h"
 #include "framework/utility/Logger.h"
+#include "host/PaneFinder.h"
 #include "render/events/EventInformation.h"
+#include "render/nodes/Viewport.h"
 
 #include <QDropEvent>
 #include <QEnterEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineF>
 #include <QMimeData>
@@ -119,8 +122,23 @@ PaneView SceneView::ActiveView() const {
     return _navigator.ViewAt(isInside ? _pointer : Types::Pos(size.width / 2, size.height / 2));
 }
 
+// Panes may lie over the button that was clicked: what was hit tells whose it is.
+PaneView SceneView::PaneToPopOut() const {
+    std::vector<PaneView> const panes = PaneFinder::All(_scene.Visual(), _pixels.Viewport());
+    for (Render::HitRecord const& hit : _input.Hits()) {
+        bool const isButton = std::ranges::any_of(hit.result.records, [](Ogl::HitRecord const& p_record) {
+            return p_record.name == Render::Viewport::PartPopOutButton ||
+                p_record.name == Render::Viewport::PartDetachButton;
+        });
+        auto const pane = std::ranges::find(panes, hit.node, &PaneView::pane);
+        if (isButton && pane != panes.end())
+            return *pane;
+    }
+    return ActiveView();
+}
+
 void SceneView::SetUpPopOut(SceneView& p_view) {
-    p_view._camera = _navigator.CameraOf(ActiveView());
+    p_view._camera = _navigator.CameraOf(PaneToPopOut());
     p_view._scene.Schema() = _scene.Schema();
     if (_popOutCallback)
         _popOutCallback(p_view);
@@ -137,17 +155,11 @@ void SceneView::Resize(Types::Size const& p_size, double p_ratio) {
 }
 
 void SceneView::Paint() {
-    if (_pixels.framebuffer.IsEmpty())
+    if (_pixels.framebuffer.IsEmpty() || _isInFrame)
         return;
-    _isInFrame = true;
     _frameTimer.stop();
-    try {
-        UpdateAndDraw();
-        _lastFailure.clear();
-    } catch (std::exception const& error) {
-        Failed(error.what());
-    }
-    _isInFrame = false;
+    _scene.Dispatcher().TakeRedrawRequest();
+    DrawGuarded();
     if (_scene.Dispatcher().UpdateRequested()) // listeners changed the model after the update
         _scene.Dispatcher().RequestUpdate();
     _input.FrameDone();
@@ -155,6 +167,23 @@ void SceneView::Paint() {
         _frameCallback();
     if (std::optional<int> const due = _scene.Dispatcher().RedrawDueIn())
         ScheduleFrameIn(*due);
+}
+
+void SceneView::DrawGuarded() {
+    struct InFrame {
+        explicit InFrame(bool& p_flag) noexcept : flag(p_flag) { flag = true; }
+        ~InFrame() { flag = false; }
+        bool& flag;
+    } const inFrame(_isInFrame);
+    try {
+        UpdateAndDraw();
+        _lastFailure.clear();
+    } catch (std::exception const& error) {
+        Failed(error.what());
+    } catch (...) {
+        Failed("The scene could not be drawn: something was thrown that says nothing of its cause. "
+               "Derive what your nodes throw from std::exception.");
+    }
 }
 
 // Fitting takes the boxes of the first update, and the second one takes the cameras up. Whatever the nodes that were updated
@@ -219,7 +248,8 @@ bool SceneView::Handle(QEvent& p_event) {
         Wheel(static_cast<QWheelEvent&>(p_event));
         return true;
     case QEvent::Enter:
-        _input.PointerMoved(ToPixel(static_cast<QEnterEvent const&>(p_event).position()));
+        _input.PointerMoved(ToPixel(static_cast<QEnterEvent const&>(p_event).position()),
+            ModifiersOf(QGuiApplication::keyboardModifiers())); // the event has none
         return false;
     case QEvent::Leave:
         _input.PointerLeft();
@@ -282,6 +312,7 @@ bool SceneView::Touch(QTouchEvent& p_event) {
     QPointF const first = points.front().position();
     Types::Pos const position = ToPixel(first);
     std::uint32_t const modifiers = ModifiersOf(p_event.modifiers());
+    _pointer = position;
     if (points.size() > 1) {
         double const distance = QLineF(first, points[1].position()).length();
         if (_fingerDistance > 0 && distance > 0)
@@ -297,10 +328,8 @@ bool SceneView::Touch(QTouchEvent& p_event) {
         _input.PointerPressed(position, 0, modifiers);
     else if (p_event.type() == QEvent::TouchUpdate && !wasPinch)
         _input.PointerMoved(position, modifiers);
-    else if (p_event.type() == QEvent::TouchEnd) {
+    else if (p_event.type() == QEvent::TouchEnd)
         _input.PointerReleased(position, 0, modifiers);
-        _input.PointerLeft();
-    }
     return true;
 }
 

@@ -113,8 +113,11 @@ private:
     bool TakesFiles(QDropEvent const& p_event) const;
     void Pinch(Types::Pos const& p_position, double p_factor);
     Types::Pos ToPixel(QPointF const& p_position) const;
+    /// Reports what fails.
+    void DrawGuarded();
     void UpdateAndDraw();
     void ScheduleFrameIn(int p_milliseconds);
+    PaneView PaneToPopOut() const;
     void SetUpPopOut(SceneView& p_view);
 
     std::function<void()> _schedule;

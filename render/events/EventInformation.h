@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace Qor::Chart::Render {
 
@@ -55,13 +56,19 @@ public:
     /// What was hit of the receiving node; null when nothing was.
     HitRecord const* Hit() const noexcept { return _hit; }
 
-    /// Asks to be called once more after a time, on the rendering thread, unless the receiving node is gone by then.
+    /// What is to be called later.
+    struct LaterCall {
+        int milliseconds;
+        std::function<void()> call;
+    };
+
+    /// Asks to be called once more after a time, on the rendering thread, unless the receiving node is gone by then. A
+    /// handler may ask for several calls; an empty one is none.
     void CallLater(int p_milliseconds, std::function<void()> p_call) {
-        _delay = p_milliseconds;
-        _call = std::move(p_call);
+        if (p_call)
+            _laterCalls.push_back({p_milliseconds, std::move(p_call)});
     }
-    int CallDelay() const noexcept { return _delay; }
-    std::function<void()> const& LaterCall() const noexcept { return _call; }
+    std::vector<LaterCall> const& LaterCalls() const noexcept { return _laterCalls; }
 
     /// Sets after which time without events the dispatcher takes the pointer to have left the node; 0 never does. It holds
     /// until it is set again or the pointer has left.
@@ -72,8 +79,7 @@ public:
 private:
     EventSink& _sink;
     HitRecord const* _hit;
-    std::function<void()> _call;
-    int _delay = 0;
+    std::vector<LaterCall> _laterCalls;
     std::optional<int> _timeOut;
 };
 

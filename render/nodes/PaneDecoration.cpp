@@ -3,6 +3,7 @@
 #include "render/context/DrawContext.h"
 #include "framework/library/Box.h"
 #include "framework/library/FilledBox.h"
+#include "framework/library/PlainState.h"
 #include "framework/ogl/Agl.h"
 #include "framework/ogl/PushAttribScope.h"
 #include "framework/ogl/Text.h"
@@ -52,19 +53,11 @@ QColor WithAlpha(QColor p_color, int p_alpha) {
     return p_color;
 }
 
-/// Shows the current colour alone, whatever the scene or the nodes above have set. To be called within a `PushAttrib` of
-/// all groups.
-void SetPlainState(Agl& p_agl) {
-    for (unsigned unit = p_agl->GetMaxTextures(); unit-- > 0;) {
-        p_agl->ActiveTexture(AGL_TEXTURE0 + unit);
-        p_agl->Disable(AGL_TEXTURE_2D);
-    }
-    for (Ogl::Token const capability :
-        {AGL_LIGHTING, AGL_DEPTH_TEST, AGL_CULL_FACE, AGL_POLYGON_STIPPLE, AGL_LINE_STIPPLE, AGL_LINE_SMOOTH})
-        p_agl->Disable(capability);
-    p_agl->PolygonMode(AGL_FRONT_AND_BACK, AGL_FILL);
-    p_agl->Enable(AGL_BLEND);
-    p_agl->BlendFunc(AGL_SRC_ALPHA, AGL_ONE_MINUS_SRC_ALPHA);
+/// Shows the current colour alone, in front of everything. To be called within a `PushAttrib` of all groups.
+void SetFlatState(Agl& p_agl) {
+    Library::SetPlainState(*p_agl);
+    p_agl->Disable(AGL_DEPTH_TEST);
+    p_agl->Disable(AGL_LINE_SMOOTH);
 }
 
 void DrawLine(Agl& p_agl, Types::Pos const& p_from, Types::Pos const& p_to) {
@@ -82,7 +75,7 @@ void PaneDecoration::DrawBackground(QColor const& p_lower, std::optional<QColor>
     QColor const& upper = p_upper ? *p_upper : p_lower;
     Agl agl(_context.Graphics());
     Ogl::PushAttribScope const saved(agl, AGL_ALL_ATTRIB_BITS);
-    SetPlainState(agl);
+    SetFlatState(agl);
     agl->DepthMask(false);
     PixelMatrices const matrices(agl, _pane);
     agl->Begin(AGL_QUADS);
@@ -121,7 +114,7 @@ void PaneDecoration::DrawTitle(
 void PaneDecoration::DrawGrips(std::optional<PaneLayout::Grip> p_hovered) const {
     Agl agl(_context.Graphics());
     Ogl::PushAttribScope const saved(agl, AGL_ALL_ATTRIB_BITS);
-    SetPlainState(agl);
+    SetFlatState(agl);
     agl->LineWidth(GripLineWidth);
     agl->Begin(AGL_LINES);
     for (PaneLayout::Grip const grip : PaneLayout::Grips) {

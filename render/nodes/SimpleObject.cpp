@@ -1,5 +1,6 @@
 #include "render/nodes/SimpleObject.h"
 
+#include "render/nodes/BlendOver.h"
 #include "render/nodes/LoadedSymbol.h"
 #include "render/nodes/SymbolCache.h"
 #include "render/nodes/SymbolHighlight.h"
@@ -79,11 +80,6 @@ SelectRecord RecordOf(SimpleObject& p_object, Core::Ptr<Model::SimpleObject> con
         p_object.GetPath()};
 }
 
-void BlendOver(Agl& p_agl) {
-    p_agl->Enable(AGL_BLEND);
-    p_agl->BlendFunc(AGL_SRC_ALPHA, AGL_ONE_MINUS_SRC_ALPHA);
-}
-
 } // namespace
 
 SimpleObject::SimpleObject() : Vis(VisFlagSecond), _model(*this, "model") {
@@ -131,9 +127,8 @@ NodeStatus SimpleObject::DoUpdate(UpdateContext const& p_context) {
         }
         return NodeStatusInvalid;
     }
-    _hovered = _hovered && model->IsPickable(); // who cannot be pointed at is not told that the pointer leaves
-    UpdatePulse(p_context, *model);
     UpdatePicking(*model);
+    UpdatePulse(p_context, *model);
     if (isChanged) {
         LoadShapeSymbol(p_context, *model);
         WatchModel(*model);
@@ -164,7 +159,7 @@ void SimpleObject::UpdatePulse(UpdateContext const& p_context, Model::SimpleObje
 }
 
 void SimpleObject::UpdateHighlighting() {
-    if (_hovered || _selected || _pulse)
+    if (IsHoverShown() || _selected || _pulse)
         RegisterCB(HandledHighlight);
     else
         UnregisterCB(HandledHighlight);
@@ -274,7 +269,8 @@ void SimpleObject::DrawBehindGeometry(Agl& p_agl) const {
 
 /// Hover goes before selection, and selection before the pulse.
 DrawResult SimpleObject::DoHighlight(DrawContext const& p_context) {
-    bool const pulses = _pulse && !_hovered && !_selected;
+    bool const isHovered = IsHoverShown();
+    bool const pulses = _pulse && !isHovered && !_selected;
     if (!_symbol || (pulses && !p_context.Capabilities().AnimationsOn()))
         return DrawResultDescend;
     float amount = 1.0F;
@@ -285,7 +281,7 @@ DrawResult SimpleObject::DoHighlight(DrawContext const& p_context) {
     }
     Agl agl(p_context.Graphics());
     Ogl::Highlight look = p_context.GetHighlighter();
-    if (_selected && !_hovered)
+    if (_selected && !isHovered)
         look = SelectionLook(p_context, look);
     SymbolHighlight(look, _color, amount).Draw(p_context, agl, *_symbol);
     return DrawResultDescend;

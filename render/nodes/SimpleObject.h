@@ -66,6 +66,8 @@ private:
     void KeepPulsing(EventDispatcher& p_dispatcher);
     /// Takes the highlight pass up or gives it up, as hover, selection and pulse ask for it.
     void UpdateHighlighting();
+    /// An object that cannot be picked any more is not lit, though the pointer has still to leave it.
+    bool IsHoverShown() const { return _hovered && IsHandled(HandledHit); }
     void UpdatePicking(Model::SimpleObject const& p_model);
     void LoadShapeSymbol(UpdateContext const& p_context, Model::SimpleObject const& p_model);
     void UpdateLook(UpdateContext const& p_context, Model::SimpleObject const& p_model);
@@ -80,7 +82,7 @@ private:
     std::shared_ptr<LoadedSymbol const> _symbol; ///< empty while there is none that can be drawn
     Types::Color4f _color;
     std::unique_ptr<FloatAnimation> _pulse; ///< goes between 0 and 0.5; null while the object does not pulse
-    bool _hovered = false; ///< the pointer is over the object
+    bool _hovered = false; ///< the pointer is over the object, as far as the host was told
     bool _selected = false;
     bool _isFront = false;
     bool _isVisibleBehindGeometry = false;

@@ -1,5 +1,6 @@
 #include "render/nodes/SymbolHighlight.h"
 
+#include "render/nodes/BlendOver.h"
 #include "render/nodes/LoadedSymbol.h"
 #include "render/context/DrawContext.h"
 #include "framework/ogl/Agl.h"
@@ -46,11 +47,6 @@ Types::Color4f Opaque(QColor const& p_color, float p_amount) {
     Types::Color4f color(p_color);
     color.alpha = p_amount;
     return color;
-}
-
-void BlendOver(Agl& p_agl) {
-    p_agl->Enable(AGL_BLEND);
-    p_agl->BlendFunc(AGL_SRC_ALPHA, AGL_ONE_MINUS_SRC_ALPHA);
 }
 
 /// Marks the pixels of what is drawn in one bit of the stencil buffer; does nothing without a bit.

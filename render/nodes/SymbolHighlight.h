@@ -24,8 +24,10 @@ public:
     /// @param p_amount  0 leaves the symbol as it is, 1 is the whole highlight
     SymbolHighlight(Ogl::Highlight const& p_look, Types::Color4f const& p_object, float p_amount);
 
-    /// Draws with the present matrices, at the depths that the draw pass left. The rings need one free bit of the stencil
-    /// buffer, zero everywhere, and leave it so; without one all edges of the symbol are drawn.
+    /// Draws with the present matrices and tests against the depths that are there. Outside panes these are those of the
+    /// draw pass, so that what is in front covers the highlight. A pane clears its depths at the beginning of the highlight
+    /// pass: in it a highlight shines through what is in front, and only other highlights cover it. The rings need one free
+    /// bit of the stencil buffer, zero everywhere, and leave it so; without one all edges of the symbol are drawn.
     void Draw(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl, LoadedSymbol const& p_symbol) const;
 
 private:

@@ -13,9 +13,6 @@ namespace Qor::Chart::Render {
 
 namespace {
 
-constexpr unsigned FadeMilliseconds = 300;
-constexpr unsigned FadeSteps = 10;
-
 QColor Faded(QColor p_color, float p_opacity) {
     p_color.setAlphaF(p_color.alphaF() * p_opacity);
     return p_color;
@@ -24,7 +21,7 @@ QColor Faded(QColor p_color, float p_opacity) {
 } // namespace
 
 TextureWidget::TextureWidget(std::shared_ptr<Library::Texture const> p_texture)
-    : _texture(std::move(p_texture)), _opacity(TimedCompletionCriteria(FadeMilliseconds, FadeSteps)) {}
+    : _texture(std::move(p_texture)), _opacity(FadeCriteria()) {}
 
 void TextureWidget::Set(Flag p_flag, bool p_on) {
     _flags = p_on ? _flags | p_flag : _flags & ~static_cast<std::uint32_t>(p_flag);

@@ -34,6 +34,8 @@ public:
 
     /// In how many milliseconds the next frame of a running animation is wanted.
     static constexpr int RedrawMilliseconds = 41;
+    /// How long a widget fades, and in how many steps; what slides open around it takes the same.
+    static TimedCompletionCriteria FadeCriteria() { return {300, 10}; }
 
     /// Not shown at first. Without a texture only the background of the hovered widget is drawn.
     explicit TextureWidget(std::shared_ptr<Library::Texture const> p_texture);

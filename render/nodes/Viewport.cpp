@@ -31,18 +31,10 @@ using namespace Ogl::Tokens;
 using Agl = Utility::Scoped<Ogl::Agl>;
 using Box = Types::BoundingBox_Base<double>;
 
-constexpr int PaneLayer = 30000;
-constexpr unsigned AnimationMilliseconds = 300;
-constexpr unsigned AnimationSteps = 10;
-
 constexpr std::array Hooks{HandledUpdate, HandledSetup, HandledDraw, HandledHighlight, HandledHit, HandledTeardown,
     HandledSetupOverlay, HandledHitOverlay, HandledHighlightOverlay, HandledTeardownOverlay};
 constexpr std::array Events{EventHandler::EventMouseOver, EventHandler::EventMouseOut, EventHandler::EventDragBegin,
     EventHandler::EventDrag, EventHandler::EventDragEnd, EventHandler::EventClick};
-
-TimedCompletionCriteria TitleCriteria() {
-    return {AnimationMilliseconds, AnimationSteps};
-}
 
 std::uint64_t NameOf(PaneLayout::Grip p_grip) {
     return Viewport::PartGripTopLeft + static_cast<std::uint64_t>(p_grip);
@@ -101,8 +93,8 @@ Viewport::Viewport()
     : Vis(VisFlagContextRoot | VisFlagSecond)
     , _pane(*this, "viewport")
     , _toolbar(*this, "viewport.toolbar")
-    , _titleColor(TitleCriteria())
-    , _titleHeightBlender(TitleCriteria()) {
+    , _titleColor(TextureWidget::FadeCriteria())
+    , _titleHeightBlender(TextureWidget::FadeCriteria()) {
     SetLayer(PaneLayer);
     for (HandledCallbacks const hook : Hooks)
         RegisterCB(hook);
@@ -174,6 +166,8 @@ void Viewport::UpdateToolbar(UpdateContext const& p_context, Core::Ptr<Model::Pa
     if (isShown && !_ownToolbar) {
         _ownToolbar = PaneToolbar::Make(p_pane, _titleHeight);
         _toolbar.Attach(_ownToolbar);
+    }
+    if (isShown && !_toolbarVis) {
         _toolbarVis = p_context.Generator()(_ownToolbar);
         if (_toolbarVis)
             Add(_toolbarVis);

@@ -65,7 +65,8 @@ public:
     /// rubber band over a pane that is background pickable. What is dragged is what `OnMouseOver` was called for before.
     Event::Result OnDragBegin(EventInformation& p_event) override;
     void OnDrag(EventInformation& p_event) override;
-    /// Leaves the pane inside its parent, or hands the rubber band over.
+    /// Leaves the pane inside its parent, or hands the rubber band over. A pane that is dropped where the drag began, as
+    /// when a drag is taken back, lies exactly as before.
     void OnDragEnd(EventInformation& p_event) override;
     /// Takes the content into a window of its own: as well (pop out), or instead until that is closed (detach).
     Event::Result OnClick(EventInformation& p_event) override;
@@ -109,9 +110,17 @@ private:
     /// The pointer is on nothing of the pane any more, and nothing is dragged.
     void EndHover();
     void Move(EventInformation const& p_event);
+    /// Leaves a pane that was moved or resized inside its parent, or, where the drag began, just as it was.
+    void Place(Types::Pos const& p_pointer);
 
     void DrawDecoration(DrawContext const& p_context);
     void DrawTitleBar(DrawContext const& p_context, Model::Pane const& p_pane);
+
+    /// From where a drag moves or resizes the pane.
+    struct DragStart {
+        Types::Pos pointer;
+        std::optional<Types::Viewport<1>> viewport; ///< of the pane; nothing when it had the default
+    };
 
     /// Opens a window of a size for content, and says what is to be done when it closes.
     using PopOutFunction =
@@ -133,6 +142,7 @@ private:
     IntAnimation _titleHeightBlender; ///< how much of the title bar can be seen
     bool _drawable = true; ///< whether the last setup found a rectangle to draw in
     bool _dragPending = false; ///< a drag has begun, and nothing has moved yet
+    std::optional<DragStart> _dragStart; ///< nothing while the pane is neither moved nor resized
     unsigned _titleHeight = 20;
     Types::Pos _dragOffset; ///< from the pane's corner to the pointer, or where a rubber band began
 };

@@ -22,6 +22,11 @@ std::span<Ogl::HitRecord const> RecordsOf(EventInformation const& p_event) {
     return p_event.Hit()->result.records;
 }
 
+/// Also of places so far apart that no int holds it.
+float Difference(int p_a, int p_b) {
+    return static_cast<float>(static_cast<double>(p_a) - p_b);
+}
+
 bool IsGrip(Ogl::HitRecord const& p_record) {
     return p_record.name >= Viewport::PartGripTopLeft && p_record.name <= Viewport::PartGripBottomRight;
 }
@@ -92,6 +97,10 @@ Event::Result Viewport::OnDragBegin(EventInformation& p_event) {
             _selectionBox =
                 Rectangle(static_cast<float>(p_event.position.x), static_cast<float>(p_event.position.y), 0, 0);
         }
+        if (Model::Pane const* const pane = isBand ? nullptr : _pane.Peek()) {
+            bool const isOwn = pane->IsSet(Model::Pane::ViewportProperty);
+            _dragStart = {p_event.position, isOwn ? std::optional(pane->GetViewport()) : std::nullopt};
+        }
         _dragPending = true;
         return Event::Consumed;
     }
@@ -111,8 +120,8 @@ void Viewport::OnDrag(EventInformation& p_event) {
         (p_event.modifiers & EventInformation::ModifierControl) != 0;
     if (!drawsBand)
         return;
-    _selectionBox.width = static_cast<float>(p_event.position.x - _dragOffset.x);
-    _selectionBox.height = static_cast<float>(p_event.position.y - _dragOffset.y);
+    _selectionBox.width = Difference(p_event.position.x, _dragOffset.x);
+    _selectionBox.height = Difference(p_event.position.y, _dragOffset.y);
     p_event.Sink().RequestRedraw();
 }
 
@@ -127,8 +136,8 @@ void Viewport::Move(EventInformation const& p_event) {
         inParent(p_event.position.x, parent.x, parent.width), inParent(p_event.position.y, parent.y, parent.height));
     Rectangle viewport = GetViewport(parent).Translate(-parent.x, -parent.y);
     if (HasHover(PartTitleBar)) {
-        viewport.x = static_cast<float>(pointer.x - _dragOffset.x) - parent.x;
-        viewport.y = static_cast<float>(pointer.y - _dragOffset.y) - parent.y;
+        viewport.x = Difference(pointer.x, _dragOffset.x) - parent.x;
+        viewport.y = Difference(pointer.y, _dragOffset.y) - parent.y;
     } else if (auto const grip = HoveredGrip()) {
         viewport = PaneLayout::Resized(viewport, *grip, pointer);
     }
@@ -152,8 +161,19 @@ void Viewport::OnDragEnd(EventInformation& p_event) {
         return;
     }
     EndHover();
-    SetViewport(_parentViewport, PaneLayout::FittedInto(_parentViewport, GetViewport(_parentViewport)));
+    Place(p_event.position);
     p_event.Sink().RequestUpdate();
+}
+
+void Viewport::Place(Types::Pos const& p_pointer) {
+    std::optional<DragStart> const start = std::exchange(_dragStart, std::nullopt);
+    Core::Ptr<Model::Pane> const pane = _pane.Lock();
+    if (!pane || !start || !(p_pointer == start->pointer))
+        SetViewport(_parentViewport, PaneLayout::FittedInto(_parentViewport, GetViewport(_parentViewport)));
+    else if (start->viewport)
+        pane->SetViewport(*start->viewport);
+    else
+        pane->Reset(Model::Pane::ViewportProperty);
 }
 
 Event::Result Viewport::OnClick(EventInformation& p_event) {

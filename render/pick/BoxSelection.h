@@ -21,7 +21,8 @@ public:
         Add = 1,
     };
 
-    /// @param p_scope      the node whose subtree is looked through; empty, or gone by then, means the whole tree
+    /// @param p_scope      the node whose subtree is looked through, without the panes below it; empty, or gone by then,
+    ///                     means the root
     /// @param p_rectangle  in pixels of the window; drawn in any direction
     /// @param p_flag       whether it was drawn downwards; handed on unchanged
     BoxSelection(Core::WeakPtr<Vis> p_scope, Types::Viewport<0> const& p_rectangle, bool p_flag, Operation p_operation);

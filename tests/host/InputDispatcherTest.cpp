@@ -263,6 +263,7 @@ TEST_F(InputDispatcherTest, offersEventsByThePolicy) {
             "A.begin(20,20) A.end(60,20)"},
         {"A:begin!,drag,end B:over", "press 20 20, move 60 20, killA, frame, move 61 20, release",
             "A.begin(20,20) A.drag(60,20) B.over"},
+        {"A:", "press -2147483648 20, move 2147483647 20, release", "begin-2147483648 drag2147483647 end2147483647"},
         // the wheel and keys
         {"A:scroll B:scroll! R:scroll", "wheel 35 20, wheel 20 20, wheel 90 60",
             "A.scroll B.scroll A.scroll R.scroll scroll scroll"},
@@ -307,13 +308,16 @@ TEST_F(InputDispatcherTest, callsBackAndTimesOut) {
     for (char const* const name : {"A", "B"})
         script.actions[std::string(name) + ".click"] = [this, name](EventInformation& p_event) {
             p_event.CallLater(500, [this, name] { script.Note(name); });
+            p_event.CallLater(450, [this] { script.Note("first"); });
         };
     Play("move 35 20, late, due, frame, move 36 20");
     EXPECT_EQ(script.calls, "A.over A.out A.over") << "a frame is no move";
+    Play("press, late, due, escape, release");
+    EXPECT_EQ(script.calls, "A.over A.out A.over") << "nobody is left while a button is down";
     Play("press, release, killA, frame, late, due");
-    EXPECT_EQ(script.calls, "A.over A.out A.over A.click B.click click:2 B");
+    EXPECT_EQ(script.calls, "A.over A.out A.over A.click B.click click:2 first B");
     EXPECT_EQ(input.DueIn(), std::nullopt);
-    EXPECT_THAT(wakeUps, testing::ElementsAre(400, 400));
+    EXPECT_THAT(wakeUps, testing::ElementsAre(400, 400, 400));
 }
 
 TEST_F(InputDispatcherTest, goesOnWhenHandlersAndCallbacksThrow) {
@@ -374,6 +378,11 @@ TEST_F(InputDispatcherTest, whatTheProgramIsToldOfHoveringComesInPairsAndBrokenB
     Play("press 60 20, move 20 60, escape, release, press 60 20, move 20 60, release");
     EXPECT_THAT(script.calls, testing::EndsWith("B.end(20,60) box B.out -B"));
     EXPECT_EQ(script.calls.find("box"), script.calls.rfind("box"));
+    script.calls.clear();
+    for (std::uint64_t const part : {1, 1, 2})
+        input.Hover({scene.Visual(), actors["C"], part, {}});
+    input.EndHover(Core::WeakPtr<Model::ModelNode>(actors["C"]));
+    EXPECT_EQ(script.calls, "+C -C +C -C") << "the same again is nothing new";
 }
 
 } // namespace

@@ -82,9 +82,14 @@ TEST_F(InteractionTest, symbolsInPanesAnswerThePointer) {
     EXPECT_GT(driver.Statistics().passes[FrameStatistics::BaseHighlight].drawn, 1U) << "lit without having asked";
     input.PointerPressed({230, 155});
     input.PointerReleased({230, 155});
+    for (bool const isPickable : {false, true}) {
+        cube->SetPickable(isPickable);
+        Frame();
+        input.PointerMoved({231, 155});
+    }
     inner->Remove(*cube);
     Frame();
-    EXPECT_THAT(told, testing::ElementsAre("hover", "picked", "end"));
+    EXPECT_THAT(told, testing::ElementsAre("hover", "picked", "end", "hover", "end"));
     EXPECT_EQ(selected, Core::WeakPtr<Model::ModelNode>(cube));
 }
 
@@ -106,6 +111,23 @@ TEST_F(InteractionTest, panesAreMovedResizedAndTakenBackWithThePointer) {
     EXPECT_FALSE(input.IsDragging());
     Frame();
     EXPECT_FALSE(scene.Dispatcher().UpdateRequested()) << "it comes to rest";
+
+    Types::Viewport<1> const parts(1.0 / 3, 0.2, 0.5, 0.7);
+    for (auto const& [place, isOwn] : {std::pair(Types::Pos(200, 270), false), {{151, 73}, true}}) {
+        inner->Reset(Model::Pane::ViewportProperty);
+        if (isOwn)
+            inner->SetViewport(parts);
+        Frame();
+        input.PointerMoved(place);
+        input.PointerPressed(place);
+        input.PointerMoved({100, 100});
+        EXPECT_NE(inner->GetViewport(), isOwn ? parts : Types::Viewport<1>());
+        input.KeyPressed(Render::EventInformation::KeyEscape);
+        input.PointerReleased({100, 100});
+        Frame();
+        EXPECT_EQ(inner->GetViewport(), isOwn ? parts : Types::Viewport<1>()) << "to the last digit";
+        EXPECT_EQ(inner->IsSet(Model::Pane::ViewportProperty), isOwn);
+    }
 }
 
 TEST_F(InteractionTest, bandsSelectKeysSwitchAndWhatNobodyWantsTurnsTheCamera) {

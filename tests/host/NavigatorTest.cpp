@@ -134,6 +134,26 @@ TEST_F(NavigatorTest, whatIsUnderThePointerStaysThereInAPanAndAZoom) {
     }
 }
 
+TEST_F(NavigatorTest, panesOfAnyProjectionArePannedAndZoomedUnderThePointer) {
+    using Mode = Model::Pane::ProjectionMode;
+    Types::Pos const place(640, 480);
+    for (Mode const mode : {Mode::Orthographic, Mode::Perspective}) {
+        own->SetProjectionMode(mode);
+        Frame();
+        std::optional<Vector> const before = HitAt(place);
+        ASSERT_TRUE(before);
+        Drag(place, {690, 430}, 2);
+        input.Scrolled({690, 430}, 3);
+        Frame();
+        std::optional<Vector> const after = HitAt({690, 430});
+        ASSERT_TRUE(after);
+        EXPECT_LT(Distance(*after, *before), 0.02);
+        navigator.FitAll();
+        Frame();
+    }
+    EXPECT_EQ(camera.GetProjectionMode(), Camera().GetProjectionMode()) << "the window keeps its own";
+}
+
 TEST_F(NavigatorTest, eachPaneTurnsItsOwnCameraAndEscapeTurnsItBack) {
     auto const azimuths = [&] { return std::pair(camera.Azimuth(), ownCamera->GetCamera().Azimuth()); };
     auto const before = azimuths();
@@ -168,6 +188,8 @@ TEST_F(NavigatorTest, keysLookAndFitWhereThePointerIs) {
     InputEvent other;
     other.key = 'G';
     EXPECT_FALSE(navigator.PressKey(other));
+    { Navigator const passing(scene, input, camera); }
+    EXPECT_FALSE(input.Callbacks().drag || input.Callbacks().scroll || input.Callbacks().keyPress) << "nobody is there";
     EXPECT_TRUE(scene.Dispatcher().UpdateRequested());
 }
 

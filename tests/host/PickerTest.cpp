@@ -76,6 +76,11 @@ TEST_F(PickerTest, needsNoFrameDrawsNothingAndCountsAnew) {
     auto& backend = static_cast<Ogl::RecorderBackend&>(scene.Graphics().GetBackend());
     std::size_t const drawn = backend.Commands().size();
     auto const depths = scene.Graphics().Depths();
+    auto const matrices = [&] {
+        return std::pair(scene.Graphics().Get(Ogl::Tokens::AGL_PROJECTION_MATRIX),
+            scene.Graphics().Get(Ogl::Tokens::AGL_MODELVIEW_MATRIX));
+    };
+    auto const before = matrices();
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(NameAt(window, {{200, 120}, {2, 2}}), "low left");
         EXPECT_EQ(picker.Visited(), 4U) << "three in the scene, the root once more in the overlay";
@@ -88,6 +93,7 @@ TEST_F(PickerTest, needsNoFrameDrawsNothingAndCountsAnew) {
     EXPECT_EQ(picker.Pick(camera, window, all).size(), 2U);
     EXPECT_EQ(backend.Commands().size(), drawn);
     EXPECT_EQ(scene.Graphics().Depths(), depths);
+    EXPECT_EQ(matrices(), before);
     EXPECT_EQ(scene.Graphics().CheckError(), "");
 }
 

@@ -215,7 +215,7 @@ TEST_F(SimpleObjectTest, hoverSelectionAndPulseHighlightInThisOrder) {
     EXPECT_EQ(color(), QColor());
 
     vis.OnMouseOver(over);
-    object->SetPickable(false); // the pointer cannot leave it any more
+    object->SetPickable(false); // the pointer has still to leave it
     EXPECT_EQ(color(), QColor());
 
     int clicks = 0;

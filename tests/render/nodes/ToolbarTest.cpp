@@ -178,12 +178,12 @@ TEST_F(ToolbarTest, whatIsDrawnFollowsPointerAndModel) {
     Send(&Toolbar::OnMouseOver, Pick(Second));
     std::size_t const hovered = Drawn();
     EXPECT_GT(hovered, idle);
-    auto const early = event->LaterCall();
+    auto const early = event->LaterCalls().back().call;
     Send(&Toolbar::OnMouseOut, {});
     Send(&Toolbar::OnMouseOver, Pick(Third));
     early();
     EXPECT_EQ(Drawn(), hovered) << "the tip of what was left does not come";
-    event->LaterCall()();
+    event->LaterCalls().back().call();
     EXPECT_GT(Drawn(), hovered) << "but that of where the pointer rests";
     bar->Remove(*actions[2]);
     EXPECT_LT(Drawn(), idle) << "there is nothing under the pointer now";

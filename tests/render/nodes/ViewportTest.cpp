@@ -410,7 +410,7 @@ TEST_F(ViewportTest, panesAreMovedAndResizedInTheirParent) {
         Send(&Viewport::OnDrag, drag.part, drag.from);
         Send(&Viewport::OnDrag, drag.part, drag.to);
         EXPECT_EQ(inner->GetViewport(), drag.during);
-        Send(&Viewport::OnDragEnd, drag.part);
+        Send(&Viewport::OnDragEnd, drag.part, drag.to);
         EXPECT_EQ(inner->GetViewport(), drag.after);
         EXPECT_THAT(host.moved, ElementsAre(inner.Get()));
         Send(&Viewport::OnDrag, drag.part, drag.from);
@@ -443,18 +443,18 @@ TEST_F(ViewportTest, rubberBandIsDrawnAndHandedOver) {
     EXPECT_EQ(pane->GetViewport(), Pixels(100, 50, 200, 150));
 }
 
-struct ToolbarVis : Vis {
-    explicit ToolbarVis(Core::Ptr<Model::ModelNode> const& p_model) : model(*this, "model") { model.Attach(p_model); }
-    Core::WeakPtr<Model::ModelNode> SourceModel() const override { return model.Get(); }
-    Core::WeakRef<Model::Toolbar> model;
-};
-
 TEST_F(ViewportTest, toolbarSwitchesTheProjectionAndFollowsIt) {
-    generator.Register<Model::Toolbar>([](Core::Ptr<Model::ModelNode> const& p_model) -> Core::Ptr<Vis> {
-        return Core::MakeNode<ToolbarVis>(p_model);
+    bool isReady = false;
+    Generator const builtIn = std::exchange(generator, {});
+    generator.Register<Model::Toolbar>([&](Core::Ptr<Model::ModelNode> const& p_model) {
+        return std::exchange(isReady, true) ? builtIn(p_model) : throw std::runtime_error("not yet");
     });
+    generator += builtIn;
     auto pane = AddPane({}, nullptr);
     pane->SetToolbarShown(true);
+    Update();
+    EXPECT_FALSE(Node().IsValid());
+    pane->Touch();
     Update();
     ASSERT_EQ(Node().Size(), 1U);
     auto const toolbar = Core::DynamicCast<Model::Toolbar>((*Node().begin())->SourceModel().Lock());
