@@ -15,6 +15,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStatusBar>
 
 #include <array>
@@ -116,7 +117,7 @@ MainWindow::MainWindow(Options const& p_options)
     Listen();
     MakeMenus();
     Chosen();
-    resize(p_options.size.width, p_options.size.height);
+    resize(QSize(p_options.size.width, p_options.size.height).boundedTo(screen()->availableSize()));
     _widget->setFocus();
 }
 
@@ -238,10 +239,11 @@ void MainWindow::MakeViewMenu() {
 
 Core::Ptr<Model::ModelNode> MainWindow::Import(std::string const& p_file) {
     if (!_importer)
-        _importer = std::make_unique<Host::Importer>(_widget->View().GetScene().Symbols());
+        _importer = std::make_shared<Host::Importer>(_widget->View().GetScene().Symbols());
+    std::shared_ptr<Host::Importer> const importer = _importer; // telling how far it is may make a frame
     QString const name = QFileInfo(QString::fromStdString(p_file)).fileName();
     int shown = 0;
-    Host::Importer::Result const result = _importer->Import(p_file, [&](double p_part) {
+    Host::Importer::Result const result = importer->Import(p_file, [&](double p_part) {
         constexpr int step = 5;
         int const percent = static_cast<int>(100 * p_part);
         if (percent >= shown + step) {

@@ -69,7 +69,7 @@ private:
     QLabel* _underPointer;
     QLabel* _selected;
     std::unique_ptr<PaneGrid> _panes;
-    std::unique_ptr<Host::Importer> _importer; ///< until the next frame has taken its files up
+    std::shared_ptr<Host::Importer> _importer; ///< until the next frame has taken its files up
     Selection _selection;
 };
 

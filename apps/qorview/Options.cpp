@@ -162,9 +162,10 @@ std::optional<Options> Options::Parse(int p_argc, char const* const* p_argv) {
     std::string projection = "perspective";
     std::string up = "y";
 
-    CLI::App app("Shows model files (glTF, OBJ, PLY, STL, FBX and more) in a window. When a picture is to be written or\n"
-                 "something printed, no window opens and no display is needed.\n"
-                 "Exit codes: 0 all is well, 1 something could not be done, 2 the command line makes no sense.",
+    CLI::App app(
+        "Shows model files (glTF, OBJ, PLY, STL, FBX and more) in a window. When a picture is to be written or\n"
+        "something printed, no window opens and no display is needed.\n"
+        "Exit codes: 0 all is well, 1 something could not be done, 2 the command line makes no sense.",
         "qorview");
     app.add_option("FILE", options.files, "Model files; all are shown in one scene");
     app.add_option("--png", options.png, "Write the picture to this file, and open no window")->type_name("OUT");

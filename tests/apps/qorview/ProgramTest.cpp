@@ -142,6 +142,15 @@ TEST_F(QorViewTest, unusableFilesAreOneSentenceAndExitCode1) {
     EXPECT_EQ(FilesInHome(), before);
 }
 
+TEST_F(QorViewTest, withoutADisplayThereIsOneSentenceThatNamesAnotherWay) {
+    for (char const* const environment : {"env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM",
+             "QT_QPA_PLATFORM=offscreen", "DISPLAY=:12345 QT_QPA_PLATFORM=xcb", "QT_QPA_PLATFORM=nonsense"}) {
+        Outcome const outcome = Run({Data + "bracket.obj"}, environment);
+        EXPECT_EQ(outcome.code, 1) << environment;
+        EXPECT_THAT(outcome.err, AllOf(IsOneSentence(), HasSubstr("--png"))) << environment;
+    }
+}
+
 TEST_F(QorViewTest, unreadableFilesAndUnwritablePicturesAreOneSentence) {
     if (geteuid() != 0) {
         fs::permissions(Write("secret.obj", "v 0 0 0"), fs::perms::none);

@@ -59,14 +59,21 @@ struct SceneWidgetTest : testing::Test {
         widget->View().SetModel(model);
         Show(*widget);
     }
-    static void Show(QWidget& p_widget) {
+    void Show(QWidget& p_widget) const {
         p_widget.resize(400, 300);
         p_widget.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&p_widget));
         Settle();
     }
-    /// Runs the event loop until nothing has happened for a while.
-    static void Settle() { QTest::qWait(60); }
+    /// Runs the event loop until nothing has been drawn for a while.
+    void Settle() const {
+        constexpr int most = 50;
+        std::uint32_t before = 0;
+        for (int i = 0; i < most && (i == 0 || (widget && Frames(*widget) != before)); ++i) {
+            before = widget ? Frames(*widget) : 0;
+            QTest::qWait(80);
+        }
+    }
     static std::uint32_t Frames(SceneWidget& p_widget) { return p_widget.View().Driver().Statistics().frame; }
     static std::size_t DeviceObjects(SceneWidget& p_widget) {
         return dynamic_cast<Ogl::OpenGlBackend&>(p_widget.View().GetScene().Graphics().GetBackend())
@@ -112,7 +119,7 @@ TEST_F(SceneWidgetTest, framesFollowChangesAndNothingElse) {
     auto const framesOf = [&](auto const& p_action) {
         std::uint32_t const before = Frames(*widget);
         p_action();
-        QTest::qWait(150);
+        Settle();
         return Frames(*widget) - before;
     };
     EXPECT_EQ(framesOf([] {}), 0U) << "idle";
