@@ -42,7 +42,9 @@ Core::Ptr<Model::ModelNode> MakeModel() {
     pane->SetToolbarShown(true);
     for (int i = 0; i < Symbols; ++i) {
         auto const cube = Core::MakeNode<Model::SimpleObject>(symbol);
-        cube->SetTransform(Types::Matrix4::Translation({2.0 * (i % 10), 2.0 * (i / 10 % 10), 2.0 * (i / 100)}));
+        int const row = i / 10 % 10;
+        int const storey = i / 100;
+        cube->SetTransform(Types::Matrix4::Translation({2.0 * (i % 10), 2.0 * row, 2.0 * storey}));
         pane->Add(cube);
     }
     root->Add(pane);
