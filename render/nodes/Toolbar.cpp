@@ -98,7 +98,8 @@ NodeStatus Toolbar::DoUpdate(UpdateContext const& p_context) {
 void Toolbar::DoSetupOverlay(DrawContext& p_context, Agl&) {
     Core::Ptr<Model::Toolbar> const model = Shown();
     _pane = p_context.Viewport().Top();
-    _layout = model && _text ? LaidOut(p_context, *model) : ToolbarLayout();
+    bool const isShown = model && _text && !_pane.IsEmpty();
+    _layout = isShown ? LaidOut(p_context, *model) : ToolbarLayout();
 }
 
 ToolbarLayout Toolbar::LaidOut(DrawContext const& p_context, Model::Toolbar const& p_model) const {

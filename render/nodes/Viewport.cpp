@@ -237,6 +237,8 @@ Viewport::Rectangle Viewport::BeginSetup(DrawContext& p_context, Agl& p_agl, Mod
     if (p_pane && p_pane->IsKeptInsideParent())
         viewport = PaneLayout::FittedInto(parent, viewport);
     _drawable = p_pane && viewport.width > 0 && viewport.height > 0;
+    if (!_drawable)
+        p_context.Viewport().Set(Rectangle()); // so that nothing below is found in the rectangle of the parent
     return viewport;
 }
 
