@@ -7,6 +7,19 @@
 
 namespace Qor::Chart::Render {
 
+namespace {
+
+/// A pane and what was taken out of it.
+struct Detached {
+    Detached(Core::Ptr<Model::Pane> const& p_pane, PanePopOut::Content p_content)
+        : pane(p_pane), content(std::move(p_content)) {}
+
+    Core::WeakPtr<Model::Pane> pane;
+    PanePopOut::Content content;
+};
+
+} // namespace
+
 Core::Ptr<Model::ModelNode> PanePopOut::PopoutViewportContent(
     Core::WeakPtr<Model::Pane> const& p_parent, Content const& p_content) {
     Core::Ptr<Model::Pane> const parent = p_parent.Lock();
@@ -31,12 +44,12 @@ void PanePopOut::Open(PopOutHost& p_host, Core::WeakPtr<Model::Pane> const& p_pa
 PopOutHost::Restore PanePopOut::Detach(Model::Pane& p_pane, Content const& p_content) {
     p_pane.SetVisible(false);
     p_pane.Clear();
-    Core::WeakPtr<Model::Pane> const weakPane{Core::Ptr<Model::Pane>(&p_pane)};
-    return [weakPane, content = std::make_shared<Content>(p_content)] {
-        Core::Ptr<Model::Pane> const pane = weakPane.Lock();
+    auto const detached = std::make_shared<Detached>(Core::Ptr<Model::Pane>(&p_pane), p_content);
+    return [detached] {
+        Core::Ptr<Model::Pane> const pane = detached->pane.Lock();
         if (!pane)
             return;
-        Content const nodes = std::exchange(*content, {});
+        Content const nodes = std::exchange(detached->content, {});
         for (Core::Ptr<Model::ModelNode> const& node : nodes)
             pane->Add(node);
         pane->SetVisible(true);
