@@ -301,7 +301,7 @@ void InOwnProcess(benchmark::State& p_state, std::string const& p_name) {
     for (auto _ : p_state)
         p_state.SetIterationTime(1);
     for (char const* const counter : {"figure", "bound", "reference", "ratio"})
-        p_state.counters[counter] = line[counter].get<double>();
+        p_state.counters[counter] = line.at(counter).get<double>();
     p_state.SetLabel(line["unit"].get<std::string>() + "|" + line["against"].get<std::string>());
 }
 

@@ -11,8 +11,7 @@
 #include <utility>
 
 // Construction, frames, errors and the stacks of attributes, scissor boxes and layers. The other operations stand in
-// AglMatrix.cpp, AglState.cpp,
-// AglLighting.cpp, AglTexture.cpp, AglDraw.cpp and AglText.cpp.
+// AglMatrix.cpp, AglState.cpp, AglLighting.cpp, AglTexture.cpp, AglDraw.cpp and AglText.cpp.
 
 namespace Qor::Chart::Ogl {
 

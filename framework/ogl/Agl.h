@@ -399,7 +399,7 @@ private:
     void KeepShader();
     void AppendInstance(Types::Matrix4 const& p_modelView);
     void AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass);
-    void AppendImmediate(PolygonPass const& p_pass);
+    void AppendImmediate(PolygonPass const& p_pass, std::size_t p_count);
     /// Adds a command for the indices from p_first on, or lets them join the one before.
     void AppendIndices(std::uint32_t p_first, Command p_command);
     bool NeedsStippleCounts(Token p_kind, Pipeline p_pipeline) const;

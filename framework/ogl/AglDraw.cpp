@@ -253,22 +253,23 @@ void Agl::End() {
         return;
     }
     ++_statistics.draws;
-    // What a vertex takes from the current values went into it already.
+    // What a vertex takes from the current values went into it already. A dashed pass appends copies of the vertices, which
+    // are none of the primitive's.
+    std::size_t const count = _list.vertices.size() - _primitive.firstVertex;
     if (IsPolygonKind(_primitive.kind)) {
         for (std::size_t i = 0; i < _passCount; ++i) {
-            AppendImmediate(PassFor(_primitive.kind, _passes[i]));
+            AppendImmediate(PassFor(_primitive.kind, _passes[i]), count);
         }
     } else {
-        AppendImmediate({FilledPipeline(_primitive.kind), FaceBit::Both});
+        AppendImmediate({FilledPipeline(_primitive.kind), FaceBit::Both}, count);
     }
     FlushWhenFull();
 }
 
-void Agl::AppendImmediate(PolygonPass const& p_pass) {
-    std::size_t const count = _list.vertices.size() - _primitive.firstVertex;
+void Agl::AppendImmediate(PolygonPass const& p_pass, std::size_t p_count) {
     auto const firstIndex = static_cast<std::uint32_t>(_list.indices.size());
     if (NeedsStippleCounts(_primitive.kind, p_pass.pipeline)) [[unlikely]] {
-        AppendStippled(_primitive.kind, p_pass.pipeline, count, [this](std::size_t p_index) {
+        AppendStippled(_primitive.kind, p_pass.pipeline, p_count, [this](std::size_t p_index) {
             std::size_t const source = _primitive.firstVertex + p_index;
             _list.vertices.push_back(_list.vertices[source]);
             if (_primitive.isTextured) {
@@ -276,7 +277,7 @@ void Agl::AppendImmediate(PolygonPass const& p_pass) {
             }
         });
     } else {
-        _assembly.resize(count);
+        _assembly.resize(p_count);
         std::iota(_assembly.begin(), _assembly.end(), _primitive.firstVertex);
         AssemblePrimitives(_primitive.kind, _assembly, p_pass.pipeline, _list.indices);
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/ogl/State.h"
+
 #include <epoxy/gl.h>
 
 #include <array>
@@ -18,7 +20,7 @@ public:
 
 private:
     static constexpr std::size_t CapabilityCount = 33;
-    static constexpr std::size_t UnitCount = 4;
+    static constexpr std::size_t UnitCount = TextureUnitCount;
     static constexpr std::size_t BlockCount = 3;
 
     struct Stencil {

@@ -7,8 +7,8 @@ namespace Qor::Chart::Ogl {
 
 namespace {
 
-/// Viewports are rounded to pixels when they are set.
-constexpr double Rounding = 1.0;
+/// Viewports are rounded to pixels when they are set, and places to whole ones in them.
+constexpr double Rounding = 2.0;
 
 /// A box in the coordinates that the projection takes: its middle, and how far it reaches along each axis.
 struct Reach {

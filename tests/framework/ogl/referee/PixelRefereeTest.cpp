@@ -176,7 +176,7 @@ std::string Describe(std::string const& p_title, std::vector<PixelReferee::Resul
     std::sort(p_results.begin(), p_results.end(),
         [](auto const& p_a, auto const& p_b) { return p_a.Agreement() < p_b.Agreement(); });
     text << "\nThe five that agree least: ";
-    for (std::size_t i = 0; i < 5; ++i) {
+    for (std::size_t i = 0; i < std::min<std::size_t>(5, p_results.size()); ++i) {
         text << (i == 0 ? "" : ", ") << "seed " << p_results[i].seed << ' ' << percent(p_results[i].Agreement());
     }
     text << ".\n\n";

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <tuple>
 
 namespace Qor::Chart::Ogl::Referee {
 
@@ -213,6 +214,12 @@ private:
                 Rectangle(-0.9, -0.8, 0.5, 0.6, {0.9, 0.3, 0.1, 1}, -0.5, 0.5),
                 {{"Disable", {AGL_POLYGON_OFFSET_FILL}}},
                 Rectangle(-0.4, -0.5, 0.9, 0.9, {0.2, 0.5, 0.9, 1}, 0.4, -0.6)});
+        Row("dashed front, filled back",
+            {{{"Enable", {AGL_LINE_STIPPLE}}, {"LineStipple", {8, 0x0FFF}}, {"LineWidth", {5}},
+                 {"PolygonMode", {AGL_FRONT, AGL_LINE}}},
+                Rectangle(-0.9, -0.8, 0.1, 0.6, {0.9, 0.3, 0.1, 1}, 0, 0),
+                Rectangle(0.9, -0.5, 0.2, 0.9, {0.2, 0.5, 0.9, 1}, 0, 0)},
+            0.8);
         Row("clip plane",
             {{{"ClipPlane", {AGL_CLIP_PLANE0, 1, 0.5, 0, 0.2}}, {"Enable", {AGL_CLIP_PLANE0}}}, Rectangles()});
         Row("clip planes 0, 5, 7",
