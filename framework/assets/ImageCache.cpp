@@ -52,10 +52,23 @@ std::string WhyNot(QImageReader const& p_reader, QSize const& p_size) {
         "; check that it is a complete image of a common format, such as PNG or JPEG.";
 }
 
+/// Where the picture itself begins in a JPEG file: after its segments, of which one may hold a small picture of its own.
+/// The file's length when it ends before.
+qsizetype FirstScanOf(QByteArray const& p_jpeg) {
+    constexpr char marker = '\xFF';
+    constexpr char startOfScan = '\xDA';
+    qsizetype at = 2;
+    while (at + 4 <= p_jpeg.size() && p_jpeg[at] == marker && p_jpeg[at + 1] != startOfScan) {
+        bool const isFill = p_jpeg[at + 1] == marker;
+        at += isFill ? 1 : 2 + qFromBigEndian<quint16>(p_jpeg.constData() + at + 2);
+    }
+    return std::min(at, p_jpeg.size());
+}
+
 /// Whether a file ends too early, for those formats of which QImage shows what there is.
 bool IsCutOff(QByteArray const& p_bytes) {
     if (p_bytes.startsWith("\xFF\xD8")) {
-        return p_bytes.lastIndexOf("\xFF\xD9") <= p_bytes.lastIndexOf("\xFF\xDA");
+        return p_bytes.indexOf("\xFF\xD9", FirstScanOf(p_bytes)) < 0;
     }
     if (p_bytes.startsWith("BM") && p_bytes.size() >= 6) {
         return qFromLittleEndian<quint32>(p_bytes.constData() + 2) > static_cast<quint64>(p_bytes.size());
@@ -95,6 +108,9 @@ QImage ReadFile(std::string const& p_file) {
     }
     if (!qorfile::fileexists(p_file)) {
         throw ImageError(cannot + "there is no such file; check the path.");
+    }
+    if (std::error_code failed; !std::filesystem::is_regular_file(p_file, failed)) {
+        throw ImageError(cannot + "it is no ordinary file; name an image file.");
     }
     QFile file(QString::fromStdString(p_file));
     if (!file.open(QIODevice::ReadOnly)) {

@@ -11,7 +11,8 @@ void SetPlainState(Ogl::Agl& p_agl) {
         p_agl.ActiveTexture(AGL_TEXTURE0 + unit);
         p_agl.Disable(AGL_TEXTURE_2D);
     }
-    for (Ogl::Token const capability : {AGL_LIGHTING, AGL_CULL_FACE, AGL_POLYGON_STIPPLE, AGL_LINE_STIPPLE}) {
+    for (Ogl::Token const capability :
+        {AGL_LIGHTING, AGL_CULL_FACE, AGL_POLYGON_STIPPLE, AGL_LINE_STIPPLE, AGL_POLYGON_OFFSET_FILL}) {
         p_agl.Disable(capability);
     }
     p_agl.PolygonMode(AGL_FRONT_AND_BACK, AGL_FILL);

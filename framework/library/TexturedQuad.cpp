@@ -56,6 +56,9 @@ void TexturedQuad::Draw(Ogl::Agl& p_agl, Texture const& p_texture) const {
     p_agl.TexEnv(AGL_TEXTURE_ENV_MODE, AGL_MODULATE);
     p_agl.TexSampling(std::nullopt);
     p_agl.Color(_color);
+    p_agl.MatrixMode(AGL_TEXTURE);
+    p_agl.PushMatrix();
+    p_agl.LoadIdentity();
 
     p_agl.Begin(AGL_QUADS);
     p_agl.TexCoord(_lowerLeft.s, _lowerLeft.t);
@@ -67,6 +70,7 @@ void TexturedQuad::Draw(Ogl::Agl& p_agl, Texture const& p_texture) const {
     p_agl.TexCoord(_lowerLeft.s, _upperRight.t);
     p_agl.Vertex(_x, _y + _height, _depth);
     p_agl.End();
+    p_agl.PopMatrix();
 }
 
 } // namespace Qor::Chart::Library
