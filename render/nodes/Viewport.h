@@ -110,8 +110,8 @@ private:
     /// The pointer is on nothing of the pane any more, and nothing is dragged.
     void EndHover();
     void Move(EventInformation const& p_event);
-    /// Leaves a pane that was moved or resized inside its parent, or, where the drag began, just as it was.
-    void Place(Types::Pos const& p_pointer);
+    /// Leaves a pane that was moved or resized inside its parent, or, when the drag is taken back, just as it was.
+    void Place(EventInformation const& p_event);
 
     void DrawDecoration(DrawContext const& p_context);
     void DrawTitleBar(DrawContext const& p_context, Model::Pane const& p_pane);

@@ -161,14 +161,16 @@ void Viewport::OnDragEnd(EventInformation& p_event) {
         return;
     }
     EndHover();
-    Place(p_event.position);
+    Place(p_event);
     p_event.Sink().RequestUpdate();
 }
 
-void Viewport::Place(Types::Pos const& p_pointer) {
+void Viewport::Place(EventInformation const& p_event) {
     std::optional<DragStart> const start = std::exchange(_dragStart, std::nullopt);
     Core::Ptr<Model::Pane> const pane = _pane.Lock();
-    if (!pane || !start || !(p_pointer == start->pointer))
+    bool const isTakenBack = start && p_event.position == start->pointer &&
+        (p_event.buttons & EventInformation::ButtonMaskPrimary) != 0;
+    if (!pane || !isTakenBack)
         SetViewport(_parentViewport, PaneLayout::FittedInto(_parentViewport, GetViewport(_parentViewport)));
     else if (start->viewport)
         pane->SetViewport(*start->viewport);
@@ -181,7 +183,7 @@ Event::Result Viewport::OnClick(EventInformation& p_event) {
     bool const isDetach = !records.empty() && records.front().name == PartDetachButton;
     bool const isPopOut = !records.empty() && records.front().name == PartPopOutButton;
     Core::Ptr<Model::Pane> const pane = _pane.Lock();
-    if ((!isDetach && !isPopOut) || !pane || !_popout)
+    if ((!isDetach && !isPopOut) || p_event.button != 0 || !pane || !_popout)
         return Event::Ignored;
     PopOutHost* const host = p_event.Sink().GetPopOutHost();
     if (!host) {
