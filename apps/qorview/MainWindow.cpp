@@ -19,6 +19,7 @@
 #include <QStatusBar>
 
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -52,7 +53,7 @@ constexpr char const* HelpText =
     "<tr><td><b>Ctrl + drag</b></td><td>selects what lies in a rectangle</td></tr>"
     "<tr><td><b>Ctrl + Shift + drag</b></td><td>selects that as well</td></tr>"
     "<tr><td><b>Esc</b></td><td>takes a drag back; selects nothing</td></tr></table>"
-    "<h3>Panes</h3><table cellspacing=4>"
+    "<h3>Panes (with --panes 2x2 and the like)</h3><table cellspacing=4>"
     "<tr><td><b>Title bar</b>, corners</td><td>drag them to move and resize a pane</td></tr>"
     "<tr><td><b>Buttons in the title bar</b></td><td>show its content in a window of its own</td></tr></table>"
     "<h3>Files</h3><table cellspacing=4>"
@@ -103,7 +104,8 @@ MainWindow::MainWindow(Options const& p_options)
     : _widget(new Host::SceneWidget(this))
     , _messages(new MessageList(this))
     , _underPointer(new QLabel(this))
-    , _selected(new QLabel(this)) {
+    , _selected(new QLabel(this))
+    , _showsBounds(p_options.bounds) {
     setWindowTitle("qorview");
     QSurfaceFormat format = Host::SceneSurfaceFormat();
     format.setSamples(p_options.samples);
@@ -132,7 +134,7 @@ void MainWindow::SetUpScene(Options const& p_options) {
     schema.clearColor = p_options.background;
     schema.pointSize = 5;
     schema.lineWidth = 1.5F;
-    view.Driver().SetShowBounds(p_options.bounds);
+    view.Driver().SetShowBounds(_showsBounds);
     view.GetCamera().SetUpAxis(p_options.up);
 }
 
@@ -165,7 +167,10 @@ void MainWindow::SetUpPanes(Options const& p_options) {
 void MainWindow::Listen() {
     SceneView& view = _widget->View();
     ListenTo(view);
-    view.SetPopOutCallback([this](SceneView& p_view) { ListenTo(p_view); });
+    view.SetPopOutCallback([this](SceneView& p_view) {
+        p_view.Driver().SetShowBounds(_showsBounds);
+        ListenTo(p_view);
+    });
     view.SetFilesCallback([this](std::vector<std::string> const& p_files) { Open(p_files, false); });
 }
 
@@ -173,10 +178,13 @@ void MainWindow::Listen() {
 void MainWindow::ListenTo(SceneView& p_view) {
     SceneView* const view = &p_view;
     InputCallbacks& callbacks = p_view.Input().Callbacks();
-    callbacks.click = [this](InputEvent const& p_event, InputCallbacks::Hits const& p_hits, bool) {
-        Click(p_event, p_hits);
+    callbacks.click = [this](InputEvent const& p_event, InputCallbacks::Hits const& p_hits, bool p_isTaken) {
+        Click(p_event, p_hits, p_isTaken);
     };
-    callbacks.doubleClick = callbacks.click;
+    callbacks.doubleClick = [this](InputEvent const& p_event, InputCallbacks::Hits const& p_hits, bool p_isTaken) {
+        if ((p_event.modifiers & EventInformation::ModifierControl) == 0) // the first click has toggled it
+            Click(p_event, p_hits, p_isTaken);
+    };
     callbacks.selectBox = [this, view](Render::BoxSelection const& p_box) { SelectBox(*view, p_box); };
     callbacks.hover = [this](
                           Render::SelectRecord const& p_record) { ShowUnderPointer(NameInTree(p_record.Selection())); };
@@ -189,9 +197,11 @@ void MainWindow::ListenTo(SceneView& p_view) {
         Chosen();
         return true;
     });
-    p_view.SetFrameCallback([this, view] {
-        _importer.reset();
-        _messages->Follow(view->GetScene().Dispatcher());
+    p_view.SetFrameCallback([this, view, taken = std::uint64_t{0}]() mutable {
+        if (view == &_widget->View())
+            _importer.reset();
+        ShowSelected();
+        _messages->Follow(view->GetScene().Dispatcher(), taken);
     });
 }
 
@@ -230,10 +240,8 @@ void MainWindow::MakeViewMenu() {
     menu->addSeparator();
     QAction* const bounds = menu->addAction("&Boxes of all nodes");
     bounds->setCheckable(true);
-    connect(bounds, &QAction::toggled, this, [&view](bool p_isOn) {
-        view.Driver().SetShowBounds(p_isOn);
-        view.Refresh();
-    });
+    bounds->setChecked(_showsBounds);
+    connect(bounds, &QAction::toggled, this, [this](bool p_isOn) { ShowBounds(p_isOn); });
     menu->addAction(_messages->toggleViewAction());
 }
 
@@ -289,6 +297,8 @@ void MainWindow::Open(std::vector<std::string> const& p_files, bool p_adds) {
     for (Core::Ptr<Model::ModelNode> const& root : roots)
         _panes->Content().Add(root);
     _widget->View().FitAll();
+    for (SceneView* const view : PopOuts())
+        view->FitAll();
 }
 
 void MainWindow::AskForFiles(bool p_adds) {
@@ -317,13 +327,16 @@ void MainWindow::SavePicture(std::string const& p_file) {
     }
 }
 
-void MainWindow::Click(InputEvent const& p_event, InputCallbacks::Hits const& p_hits) {
+void MainWindow::Click(InputEvent const& p_event, InputCallbacks::Hits const& p_hits, bool p_isTaken) {
     if (p_event.button != 0)
         return;
+    std::vector<Render::SelectRecord> const records = Selection::BestOf(p_hits);
+    if (p_isTaken && records.empty()) // a button, say
+        return;
     if ((p_event.modifiers & EventInformation::ModifierControl) != 0)
-        _selection.Toggle(Selection::BestOf(p_hits));
+        _selection.Toggle(records);
     else
-        _selection.Select(Selection::BestOf(p_hits), (p_event.modifiers & EventInformation::ModifierShift) != 0);
+        _selection.Select(records, (p_event.modifiers & EventInformation::ModifierShift) != 0);
     Chosen();
 }
 
@@ -344,12 +357,35 @@ void MainWindow::ShowUnderPointer(std::string const& p_text) {
     _underPointer->setText(QString::fromStdString(p_text));
 }
 
-/// The selection shows in all windows.
+/// What is selected shows in the window that it was selected in, what was given up for it may be in any: all draw again.
 void MainWindow::Chosen() {
-    _selected->setText(QString::fromStdString(_selection.Text()));
+    ShowSelected();
     _widget->View().Refresh();
+    for (SceneView* const view : PopOuts())
+        view->Refresh();
+}
+
+/// What has left the scene meanwhile does not count.
+void MainWindow::ShowSelected() {
+    _selection.Forget();
+    _selected->setText(QString::fromStdString(_selection.Text()));
+}
+
+void MainWindow::ShowBounds(bool p_isOn) {
+    _showsBounds = p_isOn;
+    std::vector<SceneView*> views = PopOuts();
+    views.push_back(&_widget->View());
+    for (SceneView* const view : views) {
+        view->Driver().SetShowBounds(p_isOn);
+        view->Refresh();
+    }
+}
+
+std::vector<SceneView*> MainWindow::PopOuts() const {
+    std::vector<SceneView*> views;
     for (Host::SceneWindow* const window : _widget->View().PopOuts().Windows())
-        window->View().Refresh();
+        views.push_back(&window->View());
+    return views;
 }
 
 void MainWindow::ShowHelp() {

@@ -57,11 +57,14 @@ private:
     Core::Ptr<Model::ModelNode> Import(std::string const& p_file);
     void AskForFiles(bool p_adds);
     void AskForPicture();
-    void Click(Host::InputEvent const& p_event, Host::InputCallbacks::Hits const& p_hits);
+    void Click(Host::InputEvent const& p_event, Host::InputCallbacks::Hits const& p_hits, bool p_isTaken);
     void SelectBox(Host::SceneView& p_view, Render::BoxSelection const& p_box);
     void SetProjection(Model::Pane::ProjectionMode p_mode);
     void ShowUnderPointer(std::string const& p_text);
     void Chosen();
+    void ShowSelected();
+    void ShowBounds(bool p_isOn);
+    std::vector<Host::SceneView*> PopOuts() const;
     void ShowHelp();
 
     Host::SceneWidget* _widget; ///< the next four are children
@@ -71,6 +74,7 @@ private:
     std::unique_ptr<PaneGrid> _panes;
     std::shared_ptr<Host::Importer> _importer; ///< until the next frame has taken its files up
     Selection _selection;
+    bool _showsBounds; ///< in all windows
 };
 
 } // namespace Qor::Chart::QorView

@@ -34,15 +34,15 @@ void MessageList::Show(std::string const& p_sentence) {
     show();
 }
 
-void MessageList::Follow(Host::EventDispatcher const& p_dispatcher) {
+void MessageList::Follow(Host::EventDispatcher const& p_dispatcher, std::uint64_t& p_taken) {
     std::uint64_t const count = p_dispatcher.ReportCount();
-    if (count == _reported)
+    if (count == p_taken)
         return;
     std::vector<Host::Report> const reports = p_dispatcher.Reports();
-    std::uint64_t const fresh = std::min<std::uint64_t>({count - _reported, reports.size(), MostLines});
+    std::uint64_t const fresh = std::min<std::uint64_t>({count - p_taken, reports.size(), MostLines});
+    p_taken = count;
     for (std::size_t i = reports.size() - fresh; i < reports.size(); ++i)
         Show(reports[i].text);
-    _reported = count;
 }
 
 void MessageList::closeEvent(QCloseEvent* p_event) {

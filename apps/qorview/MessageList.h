@@ -18,14 +18,14 @@ public:
 
     void Show(std::string const& p_sentence);
     /// Takes over what nodes have reported since the last call.
-    void Follow(Host::EventDispatcher const& p_dispatcher);
+    /// @param p_taken  how many reports of this dispatcher were taken over; 0 at first
+    void Follow(Host::EventDispatcher const& p_dispatcher, std::uint64_t& p_taken);
 
 protected:
     void closeEvent(QCloseEvent* p_event) override;
 
 private:
     QListWidget* _list; ///< a child
-    std::uint64_t _reported = 0; ///< reports that were taken over
 };
 
 } // namespace Qor::Chart::QorView

@@ -138,8 +138,11 @@ std::string Sentence(CLI::ParseError const& p_error) {
 }
 
 void Check(Options const& p_options) {
-    if (p_options.files.empty())
+    if (p_options.files.empty() && !p_options.OpensWindow())
         throw UsageError("No file was given; name at least one model file, or see qorview --help.");
+    if (p_options.spin && p_options.png.empty() && !p_options.listFrames)
+        throw UsageError(
+            "--spin turns the camera while frames are drawn; say how many with --frames, or leave it out.");
     if (!p_options.png.empty() && p_options.device == Device::Recorder)
         throw UsageError("The recorder draws no pixels, so it cannot write --png; leave out --backend recorder.");
     if (p_options.json && p_options.tree)
@@ -163,8 +166,8 @@ std::optional<Options> Options::Parse(int p_argc, char const* const* p_argv) {
     std::string up = "y";
 
     CLI::App app(
-        "Shows model files (glTF, OBJ, PLY, STL, FBX and more) in a window. When a picture is to be written or\n"
-        "something printed, no window opens and no display is needed.\n"
+        "Shows model files (glTF, OBJ, PLY, STL, FBX and more) in a window, or an empty one to drop them on. When a\n"
+        "picture is to be written or something printed, no window opens and no display is needed.\n"
         "Exit codes: 0 all is well, 1 something could not be done, 2 the command line makes no sense.",
         "qorview");
     app.add_option("FILE", options.files, "Model files; all are shown in one scene");

@@ -72,6 +72,10 @@ void Selection::Clear() {
     _records.clear();
 }
 
+void Selection::Forget() {
+    std::erase_if(_records, [](SelectRecord const& p_record) { return !p_record.IsValid(); });
+}
+
 std::string Selection::Text() const {
     constexpr std::size_t most = 3;
     if (_records.empty())

@@ -24,6 +24,9 @@ public:
     void Toggle(std::vector<Render::SelectRecord> const& p_records);
     void Clear();
 
+    /// Gives up what is not there any more.
+    void Forget();
+
     std::size_t Count() const noexcept { return _records.size(); }
     /// A few names, and how many there are.
     std::string Text() const;

@@ -22,6 +22,11 @@ void GiveBack(Render::PopOutHost::Restore const& p_restore) {
         p_restore();
 }
 
+void Refuse(Render::PopOutHost::Restore const& p_restore, std::string const& p_why) {
+    Utility::GetLogger().warning("The content of a pane cannot be shown in a window: " + p_why);
+    GiveBack(p_restore);
+}
+
 QString TitleOf(Model::ModelNode const& p_root) {
     auto const* const pane = dynamic_cast<Model::Pane const*>(&p_root);
     bool const hasTitle = pane && !pane->Title().empty();
@@ -48,8 +53,12 @@ void PopOutWindows::PopOut(
         window->View().SetModel(root);
         window->setTitle(TitleOf(*root));
     } catch (std::exception const& error) {
-        Utility::GetLogger().warning(std::string("The content of a pane cannot be shown in a window: ") + error.what());
-        GiveBack(p_restore);
+        Refuse(p_restore, error.what());
+        return;
+    } catch (...) {
+        Refuse(p_restore,
+            "something was thrown that says nothing of its cause. Derive what your program throws from "
+            "std::exception.");
         return;
     }
     double const ratio = std::max(window->devicePixelRatio(), 1.0);

@@ -159,17 +159,19 @@ void SceneView::Paint() {
         return;
     _frameTimer.stop();
     _scene.Dispatcher().TakeRedrawRequest();
-    DrawGuarded();
+    bool isGood = DrawGuarded();
     if (_scene.Dispatcher().UpdateRequested()) // listeners changed the model after the update
         _scene.Dispatcher().RequestUpdate();
     _input.FrameDone();
     if (_frameCallback)
-        _frameCallback();
+        isGood = Guarded("follow the frame", _frameCallback) && isGood;
+    if (isGood)
+        _lastFailure.clear();
     if (std::optional<int> const due = _scene.Dispatcher().RedrawDueIn())
         ScheduleFrameIn(*due);
 }
 
-void SceneView::DrawGuarded() {
+bool SceneView::DrawGuarded() {
     struct InFrame {
         explicit InFrame(bool& p_flag) noexcept : flag(p_flag) { flag = true; }
         ~InFrame() { flag = false; }
@@ -177,13 +179,28 @@ void SceneView::DrawGuarded() {
     } const inFrame(_isInFrame);
     try {
         UpdateAndDraw();
-        _lastFailure.clear();
+        return true;
     } catch (std::exception const& error) {
         Failed(error.what());
     } catch (...) {
         Failed("The scene could not be drawn: something was thrown that says nothing of its cause. "
                "Derive what your nodes throw from std::exception.");
     }
+    return false;
+}
+
+// The toolkit cannot have anything thrown through it.
+bool SceneView::Guarded(std::string const& p_task, std::function<void()> const& p_callback) {
+    try {
+        p_callback();
+        return true;
+    } catch (std::exception const& error) {
+        Failed("The program could not " + p_task + ": " + error.what());
+    } catch (...) {
+        Failed("The program could not " + p_task + ": something was thrown that says nothing of its cause. " +
+            "Derive what your callbacks throw from std::exception.");
+    }
+    return false;
 }
 
 // Fitting takes the boxes of the first update, and the second one takes the cameras up. Whatever the nodes that were updated
@@ -207,10 +224,14 @@ void SceneView::Failed(std::string const& p_sentence) {
     if (p_sentence == _lastFailure)
         return;
     _lastFailure = p_sentence;
-    if (_errorCallback)
-        _errorCallback(p_sentence);
-    else
-        Utility::GetLogger().error(p_sentence);
+    try {
+        if (_errorCallback) {
+            _errorCallback(p_sentence);
+            return;
+        }
+    } catch (...) { // the log has to do
+    }
+    Utility::GetLogger().error(p_sentence);
 }
 
 void SceneView::ScheduleFrameIn(int p_milliseconds) {
@@ -235,6 +256,7 @@ bool SceneView::Handle(QEvent& p_event) {
     case QEvent::TouchEnd:
         return Touch(static_cast<QTouchEvent&>(p_event));
     case QEvent::TouchCancel:
+        _fingerDistance = 0;
         _input.PointerCancelled();
         return true;
     case QEvent::NativeGesture: {
@@ -279,6 +301,7 @@ bool SceneView::Handle(QEvent& p_event) {
         return false;
     case QEvent::Hide:
         _scene.Capabilities().Suppress(Render::SceneCapabilities::SuppressionHidden);
+        _input.CaptureLost(); // a press would hold the pointer inside
         _input.PointerLeft();
         return false;
     default:
@@ -379,7 +402,10 @@ void SceneView::Drop(QDropEvent& p_event) {
         p_event.acceptProposedAction();
     } else if (TakesFiles(p_event)) {
         p_event.acceptProposedAction();
-        QTimer::singleShot(0, &_inputTimer, [this, files = FilesOf(*p_event.mimeData())] { _filesCallback(files); });
+        QTimer::singleShot(0, &_inputTimer, [this, files = FilesOf(*p_event.mimeData())] {
+            if (_filesCallback)
+                Guarded("open the files", [&] { _filesCallback(files); });
+        });
     } else {
         p_event.ignore();
     }

@@ -77,7 +77,8 @@ public:
     void SetKeyCallback(std::function<bool(InputEvent const&)> p_callback) { _keyCallback = std::move(p_callback); }
     /// Called after each frame; free to change the model.
     void SetFrameCallback(std::function<void()> p_callback) { _frameCallback = std::move(p_callback); }
-    /// Called with one sentence when frames cannot be drawn; else it goes to the log.
+    /// Called with one sentence when frames cannot be drawn, or another callback throws; without it, or when it throws
+    /// itself, the sentence goes to the log.
     void SetErrorCallback(std::function<void(std::string const&)> p_callback) {
         _errorCallback = std::move(p_callback);
     }
@@ -97,7 +98,7 @@ public:
     /// Frees what the scene holds on the device, whose context is current and about to end. The next frame sends
     /// everything again.
     void ReleaseDevice();
-    /// Frames cannot be drawn: one sentence, told once until there is another or a frame is drawn.
+    /// Something cannot be done: one sentence, told once until there is another or a frame went well.
     void Failed(std::string const& p_sentence);
     /// @}
 
@@ -113,8 +114,11 @@ private:
     bool TakesFiles(QDropEvent const& p_event) const;
     void Pinch(Types::Pos const& p_position, double p_factor);
     Types::Pos ToPixel(QPointF const& p_position) const;
-    /// Reports what fails.
-    void DrawGuarded();
+    /// Reports what fails; false when it does.
+    /// @{
+    bool DrawGuarded();
+    bool Guarded(std::string const& p_task, std::function<void()> const& p_callback);
+    /// @}
     void UpdateAndDraw();
     void ScheduleFrameIn(int p_milliseconds);
     PaneView PaneToPopOut() const;

@@ -92,14 +92,14 @@ TEST_F(QorViewTest, wrongCommandLinesAreOneSentenceAndExitCode2) {
         std::vector<std::string> words;
         std::string named;
     };
-    std::vector<Case> cases{{{}, "--help"}, {{file, "--nonsense"}, "--nonsense"}, {{file, "--png"}, "--png"},
-        {{file, "--png", ""}, "--png"}, {{file, "--frames", "0"}, "--frames \"0\""},
-        {{file, "--frames", "-3"}, "--frames"}, {{file, "--frames", "many"}, "many"},
-        {{file, "--backend", "magic"}, "magic"}, {{file, "--projection", "fisheye"}, "fisheye"},
-        {{file, "--view", "1"}, "--view"}, {{file, "--view", "0,91"}, "0,91"}, {{file, "--view", "nan,0"}, "nan"},
-        {{file, "--up", "x"}, "--up"}, {{file, "--samples", "1000"}, "--samples"},
-        {{file, "--background", "nocolour"}, "nocolour"}, {{file, "--tree", "--json"}, "--json"},
-        {{file, "--backend", "recorder", "--png", "a.png"}, "recorder"}};
+    std::vector<Case> cases{{{"--tree"}, "--help"}, {{file, "--spin"}, "--frames"},
+        {{file, "--nonsense"}, "--nonsense"}, {{file, "--png"}, "--png"}, {{file, "--png", ""}, "--png"},
+        {{file, "--frames", "0"}, "--frames \"0\""}, {{file, "--frames", "-3"}, "--frames"},
+        {{file, "--frames", "many"}, "many"}, {{file, "--backend", "magic"}, "magic"},
+        {{file, "--projection", "fisheye"}, "fisheye"}, {{file, "--view", "1"}, "--view"},
+        {{file, "--view", "0,91"}, "0,91"}, {{file, "--view", "nan,0"}, "nan"}, {{file, "--up", "x"}, "--up"},
+        {{file, "--samples", "1000"}, "--samples"}, {{file, "--background", "nocolour"}, "nocolour"},
+        {{file, "--tree", "--json"}, "--json"}, {{file, "--backend", "recorder", "--png", "a.png"}, "recorder"}};
     for (char const* const size : {"0x0", "-1x5", "5x-1", "0x100", "16385x1", "1x99999999", "16384x16384", "x", "10x",
              "x10", "10x10x10", "1e3x5", "garbage", "", " 10x10", "99999999999999999999x5"})
         cases.push_back({{file, "--png", "a.png", "--size", size}, "--size \"" + std::string(size) + "\""});
@@ -148,6 +148,7 @@ TEST_F(QorViewTest, withoutADisplayThereIsOneSentenceThatNamesAnotherWay) {
         Outcome const outcome = Run({Data + "bracket.obj"}, environment);
         EXPECT_EQ(outcome.code, 1) << environment;
         EXPECT_THAT(outcome.err, AllOf(IsOneSentence(), HasSubstr("--png"))) << environment;
+        EXPECT_EQ(Run({}, environment).err, outcome.err) << "nor for the empty window";
     }
 }
 

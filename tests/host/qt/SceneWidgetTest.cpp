@@ -283,6 +283,21 @@ TEST_F(SceneWidgetTest, othersCanPaintOverTheScene) {
     }
 }
 
+TEST_F(SceneWidgetTest, whatCallbacksThrowIsToldOnce) {
+    std::vector<std::string> said;
+    SceneView& view = widget->View();
+    view.SetErrorCallback([&](std::string const& p_sentence) {
+        said.push_back(p_sentence);
+        throw 1;
+    });
+    view.SetFrameCallback([] { throw std::runtime_error("The figures are missing."); });
+    for (int frame = 0; frame < 3; ++frame) {
+        view.Refresh();
+        Settle();
+    }
+    EXPECT_THAT(said, testing::ElementsAre("The program could not follow the frame: The figures are missing."));
+}
+
 TEST_F(SceneWidgetTest, withoutOpenGlThereIsOneSentenceAndNoCrash) {
     std::string const command = "QT_QPA_PLATFORM=offscreen QT_LOGGING_RULES='*=false' /proc/" +
         std::to_string(getpid()) + "/exe --without-opengl";

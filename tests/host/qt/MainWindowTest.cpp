@@ -1,0 +1,71 @@
+#include "apps/qorview/MainWindow.h"
+
+#include "framework/model/Pane.h"
+#include "framework/model/SceneGraph.h"
+#include "host/qt/SceneWindow.h"
+#include "render/events/EventInformation.h"
+
+#include <QApplication>
+#include <QListWidget>
+#include <QTest>
+#include <gmock/gmock.h>
+
+namespace Qor::Chart::QorView {
+namespace {
+
+/// qorview's window with one pane and an island in its middle.
+struct MainWindowTest : testing::Test {
+    void SetUp() override {
+        if (!qApp)
+            GTEST_SKIP() << "There is no display, and Xvfb, which would make one, is not installed; run scripts/setup.";
+        window = std::make_unique<MainWindow>(Options());
+        window->Add(QOR_TEST_DATA "/../../examples/data/demo.glb");
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        QTest::qWait(300);
+    }
+    Host::SceneView& View() { return window->Widget().View(); }
+    void Click(Types::Pos const& p_place, std::uint32_t p_modifiers = 0) {
+        View().Input().PointerMoved(p_place, p_modifiers);
+        View().Input().PointerPressed(p_place, 0, p_modifiers);
+        View().Input().PointerReleased(p_place, 0, p_modifiers);
+    }
+
+    std::unique_ptr<MainWindow> window;
+};
+
+TEST_F(MainWindowTest, clicksSelectAndButtonsLeaveTheSelectionAlone) {
+    Types::Size const size = View().Pixels().framebuffer;
+    Types::Pos const island(size.width / 2, size.height / 2);
+    Click(island);
+    EXPECT_EQ(window->Selected().Count(), 1U);
+    Click({size.width - 28, size.height - 30});
+    auto const pane = Core::DynamicCast<Model::Pane>(*(*View().GetScene().Model()->begin())->begin());
+    EXPECT_EQ(pane->GetProjectionMode(), Model::Pane::ProjectionMode::Orthographic) << "by the button";
+    EXPECT_EQ(window->Selected().Count(), 1U);
+    Click({3, 3});
+    EXPECT_EQ(window->Selected().Count(), 0U);
+    Click(island, Render::EventInformation::ModifierControl);
+    Click(island, Render::EventInformation::ModifierControl);
+    EXPECT_EQ(window->Selected().Count(), 1U) << "a double click is one";
+}
+
+TEST_F(MainWindowTest, reportsOfEachWindowAreListedOnce) {
+    View().Input().GetPopOutHost()->PopOut(
+        [](auto const&) { return Core::MakeNode<Model::SceneGraph>(); }, {200, 150}, {}, {});
+    Host::SceneView& other = View().PopOuts().Windows().front()->View();
+    int listed = 0;
+    QObject::connect(window->findChild<QListWidget*>()->model(), &QAbstractItemModel::rowsInserted, window.get(),
+        [&listed] { ++listed; });
+    for (Host::SceneView* const view : {&View(), &other})
+        view->GetScene().Dispatcher().ReportException(view == &other ? "there" : "here", "a place");
+    for (int frame = 0; frame < 3; ++frame) {
+        View().Refresh();
+        other.Refresh();
+        QTest::qWaitFor([&] { return listed > 2; }, 500);
+    }
+    EXPECT_EQ(listed, 2);
+}
+
+} // namespace
+} // namespace Qor::Chart::QorView
