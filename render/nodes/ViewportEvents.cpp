@@ -168,8 +168,8 @@ void Viewport::OnDragEnd(EventInformation& p_event) {
 void Viewport::Place(EventInformation const& p_event) {
     std::optional<DragStart> const start = std::exchange(_dragStart, std::nullopt);
     Core::Ptr<Model::Pane> const pane = _pane.Lock();
-    bool const isTakenBack = start && p_event.position == start->pointer &&
-        (p_event.buttons & EventInformation::ButtonMaskPrimary) != 0;
+    bool const isTakenBack =
+        start && p_event.position == start->pointer && (p_event.buttons & EventInformation::ButtonMaskPrimary) != 0;
     if (!pane || !isTakenBack)
         SetViewport(_parentViewport, PaneLayout::FittedInto(_parentViewport, GetViewport(_parentViewport)));
     else if (start->viewport)
