@@ -18,6 +18,7 @@
 
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <mutex>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -29,7 +30,7 @@ constexpr int MaxMebibytes = 2048;
 /// Lets QImage read what a device can show, for which its own limit is too low; 0 is no limit.
 class RaisedLimit {
 public:
-    RaisedLimit() : _before(QImageReader::allocationLimit()) {
+    RaisedLimit() : _alone(Mutex()), _before(QImageReader::allocationLimit()) {
         QImageReader::setAllocationLimit(_before == 0 ? 0 : std::max(_before, MaxMebibytes));
     }
     ~RaisedLimit() { QImageReader::setAllocationLimit(_before); }
@@ -37,6 +38,13 @@ public:
     RaisedLimit& operator=(RaisedLimit const&) = delete;
 
 private:
+    /// The limit is the process's: two that raise it at once would leave it raised.
+    static std::mutex& Mutex() {
+        static std::mutex mutex;
+        return mutex;
+    }
+
+    std::lock_guard<std::mutex> _alone;
     int _before;
 };
 

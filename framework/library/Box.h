@@ -38,7 +38,7 @@ public:
 
     /// Draws the twelve edges, and the six sides if there is a filling; the far ones first, so that all shine through.
     /// Boxes with an outline alone that follow each other reach the device as one draw. An undefined box draws nothing;
-    /// a flat one is a rectangle, a line or a point.
+    /// a flat one is a rectangle or a line; one without any extent draws nothing.
     void Draw(Ogl::Agl& p_agl, Types::BoundingBox_Base<double> const& p_box) const;
     void operator()(Utility::Unscoped<Ogl::Agl> const& p_agl, Types::BoundingBox_Base<double> const& p_box) const;
 

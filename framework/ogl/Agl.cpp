@@ -15,6 +15,8 @@
 
 namespace Qor::Chart::Ogl {
 
+static_assert(StackDepths::TextureUnits == TextureUnitCount, "each unit has a stack of texture matrices");
+
 namespace {
 
 constexpr std::size_t MaxErrors = 32;

@@ -173,14 +173,16 @@ public:
     /// While AGL_LINE_STIPPLE is enabled a line shows the pixels whose bit of the pattern is set, the lowest bit first,
     /// each bit for p_factor pixels (cut to 1 to 256) along the line. The pattern starts anew with each line of AGL_LINES,
     /// each strip or loop and each outline of a polygon, and goes on around their corners. Pixels are counted from where a
-    /// line starts, also when that is outside of the viewport.
+    /// line starts, also when that is outside of the viewport. Strips and outlines of a shape are recorded vertex by vertex
+    /// while this is on: for meshes of many triangles that is slow.
     void LineStipple(int p_factor, std::uint16_t p_pattern);
     void PolygonMode(Token p_face, Token p_mode);
     void PolygonStipple(std::array<std::uint32_t, 32> const& p_rows);
     /// 128 bytes, four a row, as OpenGL takes them.
     void PolygonStipple(unsigned char const* p_pattern);
     /// Moves the depths of polygons by p_factor times their slope and p_units times the smallest step of the depth buffer
-    /// while the AGL_POLYGON_OFFSET_FILL, _LINE or _POINT of their polygon mode is enabled.
+    /// while the AGL_POLYGON_OFFSET_FILL, _LINE or _POINT of their polygon mode is enabled. For outlines and corners that step
+    /// is taken to be that of 24 bits.
     void PolygonOffset(float p_factor, float p_units);
     void CullFace(Token p_face);
     void FrontFace(Token p_winding);
