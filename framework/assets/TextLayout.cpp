@@ -60,9 +60,26 @@ bool IsMark(char32_t p_character) {
     }
 }
 
+/// A part of the text, and where in it each character stands, and the end; empty when nobody wants to know.
+struct Source {
+    std::u32string text;
+    std::vector<std::size_t> places;
+};
+
 /// The paragraphs without the characters that cannot be seen and marks beyond all measure; "\r\n" counts as one line feed.
-std::vector<std::u32string> SplitParagraphs(std::u32string const& p_text, std::size_t p_length) {
-    std::vector<std::u32string> paragraphs(1);
+std::vector<Source> SplitParagraphs(std::u32string const& p_text, std::size_t p_length, bool p_withPlaces) {
+    std::vector<Source> paragraphs(1);
+    auto const append = [&](char32_t p_character, std::size_t p_place) {
+        paragraphs.back().text.push_back(p_character);
+        if (p_withPlaces) {
+            paragraphs.back().places.push_back(p_place);
+        }
+    };
+    auto const end = [&](std::size_t p_place) {
+        if (p_withPlaces) {
+            paragraphs.back().places.push_back(p_place);
+        }
+    };
     int marks = 0;
     for (std::size_t i = 0; i < p_length; ++i) {
         char32_t const character = p_text[i];
@@ -71,15 +88,17 @@ std::vector<std::u32string> SplitParagraphs(std::u32string const& p_text, std::s
             continue;
         }
         if (character == U'\t') {
-            paragraphs.back().push_back(U' ');
+            append(U' ', i);
         } else if (character == U'\n' && i > 0 && p_text[i - 1] == U'\r') {
             continue;
         } else if (IsLineFeed(character)) {
+            end(i);
             paragraphs.emplace_back();
         } else if (!IsControl(character)) {
-            paragraphs.back().push_back(character);
+            append(character, i);
         }
     }
+    end(p_length);
     return paragraphs;
 }
 
@@ -97,6 +116,7 @@ struct Run {
 /// A paragraph, cut into runs in logical order, with the width of every character as far as it begins a cluster.
 struct Paragraph {
     std::u32string text;
+    std::vector<std::size_t> places; ///< of its characters in the whole text, and of its end; empty when not wanted
     bool isRightToLeft = false;
     std::vector<Run> runs;
     std::vector<int> advances;
@@ -174,12 +194,12 @@ public:
         : _layout(p_layout), _fonts(p_fonts), _options(p_options) {
         int const lineHeight = std::max(1, p_layout._metrics.LineHeight());
         _maxLines = static_cast<std::size_t>(std::max(1, p_options.height / lineHeight));
-        _ellipsis = MakeParagraph(FontsHaveEllipsis() ? std::u32string(1, Ellipsis) : std::u32string(U"..."));
+        _ellipsis = MakeParagraph({FontsHaveEllipsis() ? std::u32string(1, Ellipsis) : std::u32string(U"..."), {}});
     }
 
     void Add(std::u32string const& p_text) {
         std::size_t const length = std::min(p_text.size(), MaxLength);
-        std::vector<std::u32string> paragraphs = SplitParagraphs(p_text, length);
+        std::vector<Source> paragraphs = SplitParagraphs(p_text, length, _options.hasClusters);
         for (std::size_t i = 0; i < paragraphs.size() && !IsFull(); ++i) {
             bool const isLast = i + 1 == paragraphs.size();
             AddParagraph(MakeParagraph(std::move(paragraphs[i])), !isLast, isLast && length < p_text.size());
@@ -207,9 +227,10 @@ private:
         return face == nullptr && follows ? p_previous : face;
     }
 
-    Paragraph MakeParagraph(std::u32string p_text) {
+    Paragraph MakeParagraph(Source p_source) {
         Paragraph result;
-        result.text = std::move(p_text);
+        result.text = std::move(p_source.text);
+        result.places = std::move(p_source.places);
         std::vector<FriBidiLevel> const levels = FindLevels(result.text, result.isRightToLeft);
         std::vector<hb_script_t> const scripts = FindScripts(result.text);
         FontFace const* face = nullptr;
@@ -272,7 +293,7 @@ private:
         do {
             bool const isLastLine = _layout._lines.size() + 1 >= _maxLines;
             std::size_t const end = isLastLine || !_options.breaksLines ? size : FindLineEnd(p_paragraph, begin);
-            std::size_t const visibleEnd = TrimSpaces(p_paragraph, begin, end);
+            std::size_t const visibleEnd = _options.hasClusters ? end : TrimSpaces(p_paragraph, begin, end);
             bool const mustShowMore = (isLastLine && p_isFollowed) || (p_isCut && end == size);
             if (mustShowMore || p_paragraph.Width(begin, visibleEnd) > _options.width) {
                 AddElidedLine(p_paragraph, begin, visibleEnd);
@@ -357,11 +378,38 @@ private:
         for (Run const& run : runs) {
             glyphs.clear();
             Shape(text, run, glyphs);
+            if (!p_paragraph.places.empty()) {
+                AppendClusters(p_paragraph, p_begin, run, glyphs, p_line);
+            }
             for (ShapedGlyph const& glyph : glyphs) {
                 FontFace const* const face = glyph.glyph == 0 ? nullptr : run.face;
                 p_line.glyphs.push_back({face, glyph.glyph, p_line.width + glyph.xOffset, glyph.yOffset});
                 p_line.width += glyph.advance;
             }
+        }
+    }
+
+    /// The glyphs of one cluster stand beside each other. A cluster reaches to the beginning of the next one in the
+    /// text.
+    static void AppendClusters(Paragraph const& p_paragraph, std::size_t p_begin, Run const& p_run,
+        std::vector<ShapedGlyph> const& p_glyphs, Line& p_line) {
+        std::size_t const first = p_line.clusters.size();
+        std::vector<std::size_t> begins{p_run.end};
+        int x = p_line.width;
+        for (std::size_t i = 0; i < p_glyphs.size(); ++i) {
+            if (i == 0 || p_glyphs[i].cluster != p_glyphs[i - 1].cluster) {
+                p_line.clusters.push_back({p_glyphs[i].cluster, 0, x, 0, p_run.IsRightToLeft()});
+                begins.push_back(p_glyphs[i].cluster);
+            }
+            p_line.clusters.back().width += p_glyphs[i].advance;
+            x += p_glyphs[i].advance;
+        }
+        std::sort(begins.begin(), begins.end());
+        for (std::size_t i = first; i < p_line.clusters.size(); ++i) {
+            Cluster& cluster = p_line.clusters[i];
+            std::size_t const end = *std::upper_bound(begins.begin(), begins.end(), cluster.begin);
+            cluster.begin = p_paragraph.places[p_begin + cluster.begin];
+            cluster.end = p_paragraph.places[p_begin + end];
         }
     }
 

@@ -26,6 +26,7 @@ public:
         int width = Unlimited; ///< of the space for the text, in pixels
         int height = Unlimited;
         bool breaksLines = true; ///< at words, when they don't fit; line feeds always break
+        bool hasClusters = false; ///< lines know where their characters are, and keep the blanks at their ends
     };
     struct Glyph {
         FontFace const* face = nullptr; ///< null for the box of a missing character
@@ -33,8 +34,17 @@ public:
         int x = 0; ///< from the left end of the line to the origin of the glyph, in pixels
         int y = 0; ///< from the baseline upwards
     };
+    /// Characters that are drawn together: one letter with its marks, or several in a ligature.
+    struct Cluster {
+        std::size_t begin = 0; ///< in code points of the text
+        std::size_t end = 0;
+        int x = 0; ///< of the left side, from the left end of the line
+        int width = 0;
+        bool isRightToLeft = false;
+    };
     struct Line {
         std::vector<Glyph> glyphs; ///< from left to right
+        std::vector<Cluster> clusters; ///< the same, if they are wanted; without those of an ellipsis
         int width = 0; ///< in pixels
         bool isRightToLeft = false; ///< whether its paragraph begins on the right
     };

@@ -11,7 +11,7 @@
 #include <utility>
 
 // Construction, frames, errors and the stacks of attributes, scissor boxes and layers. The other operations stand in
-// AglMatrix.cpp, AglState.cpp, AglLighting.cpp, AglTexture.cpp, AglDraw.cpp and AglText.cpp.
+// AglMatrix.cpp, AglState.cpp, AglLighting.cpp, AglTexture.cpp, AglDraw.cpp, AglText.cpp and AglTransparency.cpp.
 
 namespace Qor::Chart::Ogl {
 
@@ -50,7 +50,7 @@ constexpr std::array<AttribGroup, 14> AttribGroups = {{
     {Tokens::AGL_TRANSFORM_BIT, StateBit(StateItem::Transform) | StateBit(StateItem::ClipPlanes),
         EnableBit::Normalize | EnableBit::RescaleNormal | EnableBit::ClipPlanes},
     {Tokens::AGL_ENABLE_BIT, 0, EnableBit::All},
-    {Tokens::AGL_COLOR_BUFFER_BIT, StateBit(StateItem::ColorBuffer), EnableBit::Blend},
+    {Tokens::AGL_COLOR_BUFFER_BIT, StateBit(StateItem::ColorBuffer), EnableBit::Blend | EnableBit::Transparency},
     {Tokens::AGL_TEXTURE_BIT, StateBit(StateItem::TextureSelect) | TextureItems, EnableBit::Textures},
     {Tokens::AGL_SCISSOR_BIT, StateBit(StateItem::Scissor), EnableBit::ScissorTest},
 }};
@@ -122,12 +122,20 @@ void Agl::EndFrame() {
         Error("EndFrame: the stacks are not as deep as at the beginning of the frame. Every push needs its pop.");
         RestoreDepths(_frameDepths);
     }
+    if (_transparencyScopes != 0) {
+        Error("EndFrame: a transparency scope is still open. Every BeginTransparency needs its EndTransparency.");
+        CarryOutTransparent();
+        _transparencyScopes = 0;
+    }
     Flush();
     _inFrame = false;
     _backend->EndFrame();
 }
 
 void Agl::Flush() {
+    if (_isDeferring && _depths.primitive == 0) {
+        SwitchRecording();
+    }
     if (_list.IsEmpty() || !CheckOutside("Flush")) {
         return;
     }

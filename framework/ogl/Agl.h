@@ -4,6 +4,7 @@
 #include "framework/assets/FontFile.h"
 #include "framework/ogl/Backend.h"
 #include "framework/ogl/CommandList.h"
+#include "framework/ogl/DeferredDraws.h"
 #include "framework/ogl/DeviceFeatures.h"
 #include "framework/ogl/GenericShader.h"
 #include "framework/ogl/PrimitiveBuffer.h"
@@ -290,6 +291,23 @@ public:
     std::shared_ptr<Text> GenFont(std::vector<Assets::FontFile> const& p_fontSet, float p_size);
     /// @}
 
+    /// \name Transparency
+    /// What is seen through must be drawn after what is behind it, wherever the two stand in a program. Between
+    /// BeginTransparency and EndTransparency, draws made while AGL_TRANSPARENCY is enabled wait; EndTransparency
+    /// carries them out in the state in which they were made, after all others, the farthest first. How far a draw is
+    /// tells the middle of its box, in eye coordinates; draws that are equally far keep their order, and draws of one
+    /// shape that follow each other then are merged as always. Of filled polygons of which both faces show, the backs
+    /// are drawn before the fronts, so that a closed shape is seen through to its far side. Blending and depth writes
+    /// are the caller's: such draws should blend, and leave the depths as they are.
+    ///
+    /// A scope inside another one, and a clear, carry out what waits before they begin. Flushes, `CheckError` and
+    /// `ReadPixels` leave it waiting. Outside of any scope AGL_TRANSPARENCY (saved with AGL_ENABLE_BIT and
+    /// AGL_COLOR_BUFFER_BIT) does nothing. Use `TransparencyScope`.
+    /// @{
+    void BeginTransparency();
+    void EndTransparency();
+    /// @}
+
     /// \name Device
     /// @{
     /// Draws what is recorded and reads a rectangle of the current target, given in pixels: the result has its top row
@@ -306,6 +324,11 @@ public:
 
 private:
     static constexpr double PixelOffset = 0.375;
+    /// Commands go to the back end when this many instances or immediate vertices have gathered: enough that a draw
+    /// call costs nothing beside its instances, and few enough that they stay in the caches.
+    static constexpr std::size_t MaxInstances = 32768;
+    static constexpr std::size_t MaxVertices = 65536;
+    static constexpr std::size_t MaxStates = 8192;
 
     /// One PushAttrib: which groups it covers, which of them were written since and are saved, and which groups were still
     /// to be saved by the frames below when it was pushed.
@@ -413,7 +436,17 @@ private:
     void BeginVertices();
     void AppendVertex(
         Vector4 const& p_position, Types::Vector3_Base<float> const& p_normal, Types::Color4f const& p_color);
+    bool IsFull() const {
+        return _list.instances.size() >= MaxInstances || _list.vertices.size() >= MaxVertices ||
+            _list.states.size() >= MaxStates;
+    }
     void FlushWhenFull();
+    /// Records elsewhere from now on: with the draws that wait, or with those that do not.
+    void SwitchRecording();
+    void CarryOutTransparent();
+    /// Notes what the last draw of a shape, or the last command, added to the draws that wait.
+    void DeferInstances(PrimitiveBuffer const& p_buffer);
+    void DeferImmediate(Command const& p_command);
     Shader const* EffectiveShader() const { return (_boundShader ? _boundShader : _fixedFunction).get(); }
 
     std::uint64_t const _id = NextId();
@@ -436,6 +469,11 @@ private:
     CommandList _list;
     StateKey _key;
     bool _keyIsNew = true;
+    StateMask _resolved = 0; ///< groups that were looked at since the last change of recordings
+    std::size_t _instanceLimit = MaxInstances; ///< what must be done about instances has to be done from this many on
+    bool _isDeferring = false; ///< the list and the key are those of the draws that wait
+    DeferredDraws _deferred; ///< or of the others, meanwhile
+    std::uint32_t _transparencyScopes = 0;
     std::array<PolygonPass, 2> _passes;
     std::size_t _passCount = 1;
     OpenPrimitive _primitive;

@@ -17,12 +17,6 @@ namespace Qor::Chart::Ogl {
 
 namespace {
 
-/// Commands go to the back end when this many instances or immediate vertices have gathered: enough that a draw call
-/// costs nothing beside its instances, and few enough that they stay in the caches.
-constexpr std::size_t MaxInstances = 32768;
-constexpr std::size_t MaxVertices = 65536;
-constexpr std::size_t MaxStates = 8192;
-
 /// Groups that no command depends on: the colour goes with the instance or the vertex.
 constexpr StateMask UndrawnItems =
     StateBit(StateItem::CurrentColor) | StateBit(StateItem::Transform) | StateBit(StateItem::TextureSelect);
@@ -164,7 +158,11 @@ void Agl::Clear(Token p_mask) {
         return;
     }
     ++_statistics.clears;
+    CarryOutTransparent();
+    EnableBit::Type const enables = _state.enables;
+    _state.enables &= ~EnableBit::Transparency; // a clear never waits
     ResolveState(StateBit(StateItem::CurrentVertex));
+    _state.enables = enables;
     Command command;
     command.kind = Command::Kind::Clear;
     command.state = static_cast<std::uint32_t>(_list.states.size() - 1);
@@ -267,6 +265,11 @@ void Agl::End() {
 }
 
 void Agl::AppendImmediate(PolygonPass const& p_pass, std::size_t p_count) {
+    if (p_pass.pipeline == Pipeline::BackThenFront) {
+        AppendImmediate({Pipeline::Triangles, FaceBit::Back}, p_count);
+        AppendImmediate({Pipeline::Triangles, FaceBit::Front}, p_count);
+        return;
+    }
     auto const firstIndex = static_cast<std::uint32_t>(_list.indices.size());
     if (NeedsStippleCounts(_primitive.kind, p_pass.pipeline)) [[unlikely]] {
         AppendStippled(_primitive.kind, p_pass.pipeline, p_count, [this](std::size_t p_index) {
@@ -297,7 +300,7 @@ void Agl::AppendIndices(std::uint32_t p_first, Command p_command) {
     if (p_command.count == 0) {
         return;
     }
-    if (!_list.commands.empty()) {
+    if (!_list.commands.empty() && !_isDeferring) {
         Command& last = _list.commands.back();
         if (last.kind == Command::Kind::Immediate && last.state == p_command.state && last.shader == p_command.shader &&
             last.pipeline == p_command.pipeline && last.faces == p_command.faces &&
@@ -308,6 +311,9 @@ void Agl::AppendIndices(std::uint32_t p_first, Command p_command) {
     }
     KeepShader();
     _list.commands.push_back(p_command);
+    if (_isDeferring) {
+        DeferImmediate(p_command);
+    }
 }
 
 // Lines of their own start with the pattern, which the shader can do alone.
@@ -423,8 +429,8 @@ void Agl::Draw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer) {
     } else {
         AppendDraw(p_buffer, {FilledPipeline(p_buffer->Kind()), FaceBit::Both});
     }
-    if (_list.instances.size() >= MaxInstances) [[unlikely]] {
-        Flush();
+    if (_list.instances.size() >= _instanceLimit) [[unlikely]] {
+        _isDeferring ? DeferInstances(*p_buffer) : Flush();
     }
     FlushWhenFull();
 }
@@ -498,6 +504,12 @@ void Agl::ResolvePerspectiveRow(Types::Matrix4 const& p_modelView) {
 }
 
 void Agl::ResolveState(StateMask p_unused) {
+    bool const defers = _state.IsEnabled(EnableBit::Transparency) && _transparencyScopes != 0;
+    bool const isSwitched = defers != _isDeferring;
+    if (isSwitched) [[unlikely]] {
+        SwitchRecording();
+    }
+    _resolved |= _dirty;
     ResolveTextures();
     StateMask dirty = _dirty & ~UndrawnItems;
     StateMask skipped = 0;
@@ -510,7 +522,7 @@ void Agl::ResolveState(StateMask p_unused) {
             std::transform(m, m + 16, _state.textureMatrices[unit].matrix.begin(), ToFloat);
         }
     }
-    if ((dirty & StateBit(StateItem::Polygon)) != 0 || _key.enables != _state.enables) {
+    if ((dirty & StateBit(StateItem::Polygon)) != 0 || _key.enables != _state.enables || isSwitched) {
         ResolvePolygonPasses();
     }
     for (; dirty != 0; dirty &= dirty - 1) {
@@ -541,7 +553,7 @@ void Agl::ResolveState(StateMask p_unused) {
 // Only quads have a provoking vertex that not all of their triangles end with.
 inline Agl::PolygonPass Agl::PassFor(Token p_kind, PolygonPass p_pass) const {
     bool const isQuad = p_kind == Tokens::AGL_QUADS || p_kind == Tokens::AGL_QUAD_STRIP;
-    if (isQuad && p_pass.pipeline == Pipeline::Triangles && _state.lightModel.shadeModel == Tokens::AGL_FLAT) {
+    if (isQuad && IsFilled(p_pass.pipeline) && _state.lightModel.shadeModel == Tokens::AGL_FLAT) {
         p_pass.pipeline = Pipeline::FlatTriangles;
     }
     return p_pass;
@@ -553,7 +565,8 @@ void Agl::ResolvePolygonPasses() {
     Pipeline const back = PipelineOf(_state.polygon.backMode);
     _passCount = 0;
     if (visible != 0 && front == back) {
-        _passes[_passCount++] = {front, visible};
+        bool const isSorted = _isDeferring && front == Pipeline::Triangles && visible == FaceBit::Both;
+        _passes[_passCount++] = {isSorted ? Pipeline::BackThenFront : front, visible};
         return;
     }
     if ((visible & FaceBit::Front) != 0) {
@@ -581,7 +594,7 @@ void Agl::ResolveTextures() {
 }
 
 void Agl::FlushWhenFull() {
-    if (_list.vertices.size() >= MaxVertices || _list.states.size() >= MaxStates) [[unlikely]] {
+    if ((_list.vertices.size() >= MaxVertices || _list.states.size() >= MaxStates) && !_isDeferring) [[unlikely]] {
         Flush();
     }
 }
@@ -645,9 +658,8 @@ std::shared_ptr<Shader const> Agl::GenShader(ShaderSource const& p_source, std::
 
 std::shared_ptr<GenericShader const> Agl::GenGenericShader(
     ShaderSource const& p_source, GenericShader::State const& p_state) {
-    auto const options = static_cast<std::uint32_t>(p_state.Options().to_ulong());
-    auto shader = FindOrMake(
-        _genericShaders, p_source, options, [&] { return std::make_shared<GenericShader const>(p_state, p_source); });
+    auto shader = FindOrMake(_genericShaders, p_source, p_state.ProgramOptions(),
+        [&] { return std::make_shared<GenericShader const>(p_state, p_source); });
     _backend->Prepare(*shader);
     return shader;
 }

@@ -78,6 +78,8 @@ EnableBit::Type Agl::BitOf(Token p_capability) const {
         return EnableBit::ScissorTest;
     case AGL_BLEND:
         return EnableBit::Blend;
+    case AGL_TRANSPARENCY:
+        return EnableBit::Transparency;
     case AGL_TEXTURE_2D:
         return EnableBit::Texture0 << _state.textureSelect.activeUnit;
     default:

@@ -7,10 +7,18 @@
 
 #include <QImage>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace Qor::Chart::Ogl {
+
+/// Adds the primitives that a command draws to the statistics.
+inline void CountPrimitives(Command const& p_command, std::uint64_t p_count, Statistics& p_statistics) {
+    std::uint64_t const seen = p_command.pipeline == Pipeline::BackThenFront ? p_count / 2 : p_count;
+    p_statistics.primitives += seen;
+    p_statistics.triangles += IsFilled(p_command.pipeline) ? seen : 0;
+}
 
 /// What carries out the commands that an `Agl` records. It is called once per flush, never per state change or draw. No
 /// operation throws; what goes wrong is kept as sentences until it is asked for.
@@ -24,8 +32,8 @@ public:
     /// Told before the first and after the last command of a frame.
     virtual void BeginFrame() = 0;
     virtual void EndFrame() = 0;
-    /// Carries out all commands in order and adds what it did to the statistics. Outside of a frame it leaves the device
-    /// as it found it by itself.
+    /// Carries out all commands in order, adds what it did to the statistics and says there what it holds. Outside of a
+    /// frame it leaves the device as it found it by itself.
     virtual void Execute(CommandList const& p_commands, Statistics& p_statistics) = 0;
 
     /// Makes sure that the shader can be used; if it can't, the shader knows its log afterwards.

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace Qor::Chart::Ogl {
 
-std::uint32_t CommandList::AddVersion(std::size_t p_item, State const& p_state) {
-    std::vector<std::byte>& versions = _versions[p_item];
+std::uint32_t CommandList::AddVersion(std::size_t p_item, std::byte const* p_bytes) {
+    std::vector<std::byte>& versions = (*_versions)[p_item];
     std::size_t const size = State::ItemSize(p_item);
     auto const number = static_cast<std::uint32_t>(versions.size() / size);
-    std::byte const* const item = p_state.Item(p_item);
-    versions.insert(versions.end(), item, item + size);
+    versions.insert(versions.end(), p_bytes, p_bytes + size);
     return number;
 }
 
@@ -18,7 +18,7 @@ State CommandList::Resolve(Command const& p_command) const {
     State state;
     StateKey const& key = states[p_command.state];
     for (std::size_t item = 0; item < StateItem::Count; ++item) {
-        if (!_versions[item].empty()) {
+        if (!(*_versions)[item].empty()) {
             std::memcpy(state.Item(item), Version(item, key.version[item]), State::ItemSize(item));
         }
     }
@@ -38,6 +38,12 @@ void CommandList::KeepTexture(std::shared_ptr<Texture const> p_texture) {
     }
 }
 
+void CommandList::TakeKept(CommandList& p_other) {
+    _kept.insert(
+        _kept.end(), std::make_move_iterator(p_other._kept.begin()), std::make_move_iterator(p_other._kept.end()));
+    p_other._kept.clear();
+}
+
 void CommandList::Pad() {
     if (!texCoords.empty()) {
         texCoords.resize(vertices.size());
@@ -55,7 +61,7 @@ void CommandList::Clear() {
     stippleStarts.clear();
     indices.clear();
     states.clear();
-    for (std::vector<std::byte>& versions : _versions) {
+    for (std::vector<std::byte>& versions : *_versions) {
         versions.clear();
     }
     _kept.clear();

@@ -79,10 +79,13 @@ public:
     std::vector<StateKey> states;
 
     /// Adds a version of a group and returns its number.
-    std::uint32_t AddVersion(std::size_t p_item, State const& p_state);
+    std::uint32_t AddVersion(std::size_t p_item, State const& p_state) {
+        return AddVersion(p_item, p_state.Item(p_item));
+    }
+    std::uint32_t AddVersion(std::size_t p_item, std::byte const* p_bytes);
     /// The bytes of a version of a group.
     std::byte const* Version(std::size_t p_item, std::uint32_t p_version) const {
-        return _versions[p_item].data() + p_version * State::ItemSize(p_item);
+        return (*_versions)[p_item].data() + p_version * State::ItemSize(p_item);
     }
     /// The whole state of a command.
     State Resolve(Command const& p_command) const;
@@ -91,7 +94,11 @@ public:
     void Keep(std::shared_ptr<void const> p_resource) { _kept.push_back(std::move(p_resource)); }
     /// The texture with that number, for back ends; nullptr when the number is 0 or no command needs it.
     Texture const* FindTexture(std::uint64_t p_id) const;
+    /// All textures that commands of the list may need.
+    std::vector<std::shared_ptr<Texture const>> const& Textures() const { return _textures; }
     void KeepTexture(std::shared_ptr<Texture const> p_texture);
+    /// Takes over what the other list keeps alive.
+    void TakeKept(CommandList& p_other);
 
     /// Makes those arrays that go with the vertices as long as these, unless they are empty.
     void Pad();
@@ -99,7 +106,9 @@ public:
     void Clear();
 
 private:
-    std::array<std::vector<std::byte>, StateItem::Count> _versions;
+    using Versions = std::array<std::vector<std::byte>, StateItem::Count>;
+
+    std::unique_ptr<Versions> _versions = std::make_unique<Versions>(); // apart, so that lists swap at little cost
     std::vector<std::shared_ptr<void const>> _kept;
     std::vector<std::shared_ptr<Texture const>> _textures;
 };

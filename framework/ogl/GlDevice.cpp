@@ -80,7 +80,7 @@ void SetArrayEnabled(GLuint p_location, bool p_on) {
 /// What the driver makes of the indices that a pipeline reads.
 GLenum ModeOf(Pipeline p_pipeline) {
     constexpr std::array<GLenum, PipelineCount> modes = {
-        GL_POINTS, GL_LINES, GL_TRIANGLES, GL_LINES_ADJACENCY, GL_LINES_ADJACENCY, GL_TRIANGLES};
+        GL_POINTS, GL_LINES, GL_TRIANGLES, GL_LINES_ADJACENCY, GL_LINES_ADJACENCY, GL_TRIANGLES, GL_TRIANGLES};
     return modes[static_cast<std::size_t>(p_pipeline)];
 }
 
@@ -97,8 +97,7 @@ GLuint MakeBuffer() {
 
 } // namespace
 
-GlDevice::GlDevice(std::shared_ptr<Graveyard> p_graveyard)
-    : _graveyard(std::move(p_graveyard)), _marker(MakeBuffer()), _instances(MakeBuffer()), _uniforms(MakeBuffer()) {
+GlDevice::GlDevice(std::shared_ptr<Graveyard> p_graveyard) : _graveyard(std::move(p_graveyard)), _marker(MakeBuffer()) {
     GLint mask = 0;
     glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &mask);
     _isCompatibility = (mask & GL_CONTEXT_CORE_PROFILE_BIT) == 0;
@@ -134,8 +133,9 @@ GlDevice::GlDevice(std::shared_ptr<Graveyard> p_graveyard)
     glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &vertexArray);
     glBindBuffer(GL_ARRAY_BUFFER, _marker);
     glBufferData(GL_ARRAY_BUFFER, MarkerSize, nullptr, GL_STATIC_DRAW);
-    for (GLuint* const buffer : {&_immediateVertices, &_immediateTexCoords, &_immediateStarts, &_immediateIndices}) {
-        *buffer = MakeBuffer();
+    for (StreamBuffer* const buffer :
+        {&_instances, &_uniforms, &_immediateVertices, &_immediateTexCoords, &_immediateStarts, &_immediateIndices}) {
+        buffer->name = MakeBuffer();
     }
     _immediateArray = MakeImmediateArray(AttributeLocation::CurrentColor);
     _ownColorsArray = MakeImmediateArray(AttributeLocation::Color);
@@ -147,18 +147,18 @@ GLuint GlDevice::MakeImmediateArray(GLuint p_colorLocation) const {
     GLuint name = 0;
     glGenVertexArrays(1, &name);
     glBindVertexArray(name);
-    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _immediateIndices);
-    glBindBuffer(GL_ARRAY_BUFFER, _immediateVertices);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _immediateIndices.name);
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateVertices.name);
     constexpr GLsizei stride = sizeof(ImmediateVertex);
     SetAttribute(AttributeLocation::Position, 4, stride, offsetof(ImmediateVertex, position));
     SetAttribute(AttributeLocation::Normal, 3, stride, offsetof(ImmediateVertex, normal));
     SetAttribute(p_colorLocation, 4, stride, offsetof(ImmediateVertex, color));
-    glBindBuffer(GL_ARRAY_BUFFER, _immediateTexCoords);
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateTexCoords.name);
     for (GLuint i = 0; i < TextureUnitCount; ++i) {
         SetAttribute(AttributeLocation::TexCoord0 + i, 4, sizeof(ImmediateTexCoords),
             i * sizeof(ImmediateTexCoords::value_type));
     }
-    glBindBuffer(GL_ARRAY_BUFFER, _immediateStarts);
+    glBindBuffer(GL_ARRAY_BUFFER, _immediateStarts.name);
     SetAttribute(AttributeLocation::StippleStart, 1, sizeof(float), 0);
     return name;
 }
@@ -180,19 +180,20 @@ std::size_t GlDevice::ObjectCount() const {
     return _programs.Count() + _shapes.size() + _vertices.size() + _textures.size();
 }
 
-GLuint GlDevice::VertexObject(VertexBuffer const& p_vertices, std::uint64_t& p_bytes) {
-    auto const [entry, isNew] = _vertices.try_emplace(p_vertices.Id(), 0);
+GLuint GlDevice::VertexName(VertexBuffer const& p_vertices, std::uint64_t& p_bytes) {
+    auto const [entry, isNew] = _vertices.try_emplace(p_vertices.Id());
+    VertexObject& object = entry->second;
     if (!isNew) {
-        return entry->second;
+        return object.name;
     }
-    entry->second = MakeBuffer();
+    object.name = MakeBuffer();
     p_vertices.NotifyWhenGone(_graveyard);
     auto const arrays = AttributeArrays(p_vertices.Data());
     std::size_t total = 0;
     for (AttributeArray const& array : arrays) {
         total += array.bytes;
     }
-    glBindBuffer(GL_ARRAY_BUFFER, entry->second);
+    glBindBuffer(GL_ARRAY_BUFFER, object.name);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(total), nullptr, GL_STATIC_DRAW);
     std::size_t offset = 0;
     for (AttributeArray const& array : arrays) {
@@ -201,7 +202,9 @@ GLuint GlDevice::VertexObject(VertexBuffer const& p_vertices, std::uint64_t& p_b
         offset += array.bytes;
     }
     p_bytes += total;
-    return entry->second;
+    object.bytes = total;
+    _heldBytes += total;
+    return object.name;
 }
 
 GlShape& GlDevice::Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, std::uint64_t& p_bytes) {
@@ -209,7 +212,7 @@ GlShape& GlDevice::Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, s
     GlShape& shape = entry->second;
     if (isNew) {
         p_buffer.NotifyWhenGone(_graveyard);
-        GLuint const vertices = VertexObject(*p_buffer.Vertices(), p_bytes);
+        GLuint const vertices = VertexName(*p_buffer.Vertices(), p_bytes);
         glGenVertexArrays(1, &shape.vertexArray);
         BindArray(shape.vertexArray);
         PointAtInstance(0);
@@ -233,6 +236,8 @@ GlShape& GlDevice::Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, s
         glBufferData(
             GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(indices.size_bytes()), indices.data(), GL_STATIC_DRAW);
         p_bytes += indices.size_bytes();
+        shape.bytes += indices.size_bytes();
+        _heldBytes += indices.size_bytes();
     }
     return shape;
 }
@@ -244,17 +249,22 @@ GLuint GlDevice::TextureName(Texture const& p_texture, bool p_needsMipmaps, std:
         p_texture.NotifyWhenGone(_graveyard);
         glGenTextures(1, &object.name);
         glBindTexture(GL_TEXTURE_2D, object.name);
-        SendTexture(p_texture, p_bytes);
+        object.bytes = SendTexture(p_texture);
+        p_bytes += object.bytes;
+        _heldBytes += object.bytes;
     }
     if (!object.hasMipmaps && (p_needsMipmaps || p_texture.Sampling().NeedsMipmaps())) {
         glBindTexture(GL_TEXTURE_2D, object.name);
         glGenerateMipmap(GL_TEXTURE_2D);
         object.hasMipmaps = true;
+        std::uint64_t const smaller = object.bytes / 3; // each has a quarter of the pixels of the one before
+        object.bytes += smaller;
+        _heldBytes += smaller;
     }
     return object.name;
 }
 
-void GlDevice::SendTexture(Texture const& p_texture, std::uint64_t& p_bytes) const {
+std::uint64_t GlDevice::SendTexture(Texture const& p_texture) const {
     QImage image = p_texture.Image();
     int const limit = static_cast<int>(_features.maxTextureSize);
     if (image.width() > limit || image.height() > limit) {
@@ -274,7 +284,7 @@ void GlDevice::SendTexture(Texture const& p_texture, std::uint64_t& p_bytes) con
         [](GLenum p_name, GLint p_value) { glTexParameteri(GL_TEXTURE_2D, p_name, p_value); },
         [](GLenum p_name, GLfloat p_value) { glTexParameterf(GL_TEXTURE_2D, p_name, p_value); },
         [](GLenum p_name, GLfloat const* p_values) { glTexParameterfv(GL_TEXTURE_2D, p_name, p_values); });
-    p_bytes += static_cast<std::uint64_t>(image.sizeInBytes());
+    return static_cast<std::uint64_t>(image.sizeInBytes());
 }
 
 GLuint GlDevice::SamplerName(TextureSampling const& p_sampling) {
@@ -324,17 +334,21 @@ void GlDevice::BindArray(GLuint p_vertexArray) {
     }
 }
 
-void GlDevice::SendInstances(std::vector<Instance> const& p_instances) const {
-    glBindBuffer(GL_ARRAY_BUFFER, _instances);
-    glBufferData(GL_ARRAY_BUFFER, SizeOf(p_instances), p_instances.data(), GL_STREAM_DRAW);
+template <class T>
+void GlDevice::Stream(GLenum p_target, StreamBuffer& p_buffer, std::vector<T> const& p_values) {
+    glBindBuffer(p_target, p_buffer.name);
+    glBufferData(p_target, SizeOf(p_values), p_values.data(), GL_STREAM_DRAW);
+    _heldBytes -= p_buffer.bytes;
+    p_buffer.bytes = p_values.size() * sizeof(T);
+    _heldBytes += p_buffer.bytes;
+}
+
+void GlDevice::SendInstances(std::vector<Instance> const& p_instances) {
+    Stream(GL_ARRAY_BUFFER, _instances, p_instances);
 }
 
 // Arrays that no draw of the list reads are empty, and then they must be off.
 void GlDevice::SendImmediate(CommandList const& p_list) {
-    auto const send = [](GLenum p_target, GLuint p_buffer, auto const& p_values) {
-        glBindBuffer(p_target, p_buffer);
-        glBufferData(p_target, SizeOf(p_values), p_values.data(), GL_STREAM_DRAW);
-    };
     for (GLuint const array : {_ownColorsArray, _immediateArray}) {
         BindArray(array);
         for (GLuint i = 0; i < TextureUnitCount; ++i) {
@@ -342,23 +356,22 @@ void GlDevice::SendImmediate(CommandList const& p_list) {
         }
         SetArrayEnabled(AttributeLocation::StippleStart, !p_list.stippleStarts.empty());
     }
-    send(GL_ARRAY_BUFFER, _immediateVertices, p_list.vertices);
+    Stream(GL_ARRAY_BUFFER, _immediateVertices, p_list.vertices);
     if (!p_list.texCoords.empty()) {
-        send(GL_ARRAY_BUFFER, _immediateTexCoords, p_list.texCoords);
+        Stream(GL_ARRAY_BUFFER, _immediateTexCoords, p_list.texCoords);
     }
     if (!p_list.stippleStarts.empty()) {
-        send(GL_ARRAY_BUFFER, _immediateStarts, p_list.stippleStarts);
+        Stream(GL_ARRAY_BUFFER, _immediateStarts, p_list.stippleStarts);
     }
-    send(GL_ELEMENT_ARRAY_BUFFER, _immediateIndices, p_list.indices);
+    Stream(GL_ELEMENT_ARRAY_BUFFER, _immediateIndices, p_list.indices);
 }
 
-void GlDevice::SendUniforms(std::vector<std::byte> const& p_bytes) const {
-    glBindBuffer(GL_UNIFORM_BUFFER, _uniforms);
-    glBufferData(GL_UNIFORM_BUFFER, SizeOf(p_bytes), p_bytes.data(), GL_STREAM_DRAW);
+void GlDevice::SendUniforms(std::vector<std::byte> const& p_bytes) {
+    Stream(GL_UNIFORM_BUFFER, _uniforms, p_bytes);
 }
 
 void GlDevice::PointAtInstance(std::size_t p_firstInstance) const {
-    glBindBuffer(GL_ARRAY_BUFFER, _instances);
+    glBindBuffer(GL_ARRAY_BUFFER, _instances.name);
     std::size_t const start = p_firstInstance * sizeof(Instance);
     constexpr GLsizei stride = sizeof(Instance);
     for (GLuint row = 0; row < 3; ++row) {
@@ -401,7 +414,7 @@ void GlDevice::DrawImmediate(
 
 void GlDevice::BindUniforms(GLuint p_block, std::size_t p_offset, std::size_t p_size) const {
     glBindBufferRange(
-        GL_UNIFORM_BUFFER, p_block, _uniforms, static_cast<GLintptr>(p_offset), static_cast<GLsizeiptr>(p_size));
+        GL_UNIFORM_BUFFER, p_block, _uniforms.name, static_cast<GLintptr>(p_offset), static_cast<GLsizeiptr>(p_size));
 }
 
 void GlDevice::DeleteShape(GlShape const& p_shape) {
@@ -413,12 +426,15 @@ void GlDevice::Collect() {
     for (std::uint64_t const id : _dead) {
         if (auto const shape = _shapes.find(id); shape != _shapes.end()) {
             DeleteShape(shape->second);
+            _heldBytes -= shape->second.bytes;
             _shapes.erase(shape);
         } else if (auto const vertices = _vertices.find(id); vertices != _vertices.end()) {
-            DeleteBuffer(vertices->second);
+            DeleteBuffer(vertices->second.name);
+            _heldBytes -= vertices->second.bytes;
             _vertices.erase(vertices);
         } else if (auto const texture = _textures.find(id); texture != _textures.end()) {
             glDeleteTextures(1, &texture->second.name);
+            _heldBytes -= texture->second.bytes;
             _textures.erase(texture);
         } else {
             _programs.Delete(id);
@@ -432,16 +448,17 @@ void GlDevice::DeleteAll() {
         DeleteShape(shape);
     }
     for (auto& [id, vertices] : _vertices) {
-        DeleteBuffer(vertices);
+        DeleteBuffer(vertices.name);
     }
     for (auto const& [id, texture] : _textures) {
         glDeleteTextures(1, &texture.name);
     }
     DeleteSamplers();
     _programs.DeleteAll();
-    for (GLuint* const buffer : {&_marker, &_instances, &_uniforms, &_immediateVertices, &_immediateTexCoords,
-             &_immediateStarts, &_immediateIndices}) {
-        DeleteBuffer(*buffer);
+    DeleteBuffer(_marker);
+    for (StreamBuffer* const buffer :
+        {&_instances, &_uniforms, &_immediateVertices, &_immediateTexCoords, &_immediateStarts, &_immediateIndices}) {
+        DeleteBuffer(buffer->name);
     }
     glDeleteVertexArrays(1, &_immediateArray);
     glDeleteVertexArrays(1, &_ownColorsArray);

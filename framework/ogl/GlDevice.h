@@ -26,6 +26,7 @@ struct GlShape {
     GLuint vertexArray = 0;
     std::array<GLuint, PipelineCount> indexBuffers{};
     std::array<GLsizei, PipelineCount> counts{};
+    std::uint64_t bytes = 0; ///< of the indices
     Pipeline current = Pipeline::Points; ///< whose indices the vertex array is bound to
 };
 
@@ -42,6 +43,8 @@ public:
     bool IsCompatibility() const { return _isCompatibility; }
     DeviceFeatures const& Features() const { return _features; }
     std::size_t ObjectCount() const;
+    /// What the shapes, textures and buffers of this device take, in bytes.
+    std::uint64_t HeldBytes() const { return _heldBytes; }
 
     /// The shape with its indices for the pipeline; p_bytes grows by what had to be sent.
     GlShape& Shape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline, std::uint64_t& p_bytes);
@@ -55,9 +58,9 @@ public:
     /// Forgets which vertex array is bound: to be called when others may have bound one.
     void BeginDrawing();
     /// Sends what changes from flush to flush.
-    void SendInstances(std::vector<Instance> const& p_instances) const;
+    void SendInstances(std::vector<Instance> const& p_instances);
     void SendImmediate(CommandList const& p_list);
-    void SendUniforms(std::vector<std::byte> const& p_bytes) const;
+    void SendUniforms(std::vector<std::byte> const& p_bytes);
     /// Draw instances of a shape and immediate vertices with the program and the state in force. The shape must have been
     /// asked for with that pipeline.
     void DrawShape(GlShape& p_shape, Pipeline p_pipeline, std::uint32_t p_firstInstance, std::uint32_t p_instances);
@@ -76,13 +79,26 @@ private:
     struct TextureObject {
         GLuint name = 0;
         bool hasMipmaps = false;
+        std::uint64_t bytes = 0;
+    };
+    struct VertexObject {
+        GLuint name = 0;
+        std::uint64_t bytes = 0;
+    };
+    /// A buffer whose contents change from flush to flush.
+    struct StreamBuffer {
+        GLuint name = 0;
+        std::uint64_t bytes = 0;
     };
 
     GLuint MakeImmediateArray(GLuint p_colorLocation) const;
-    void SendTexture(Texture const& p_texture, std::uint64_t& p_bytes) const;
+    /// Gives the bytes that were sent.
+    std::uint64_t SendTexture(Texture const& p_texture) const;
+    template <class T>
+    void Stream(GLenum p_target, StreamBuffer& p_buffer, std::vector<T> const& p_values);
     void BindArray(GLuint p_vertexArray);
     void PointAtInstance(std::size_t p_firstInstance) const;
-    GLuint VertexObject(VertexBuffer const& p_vertices, std::uint64_t& p_bytes);
+    GLuint VertexName(VertexBuffer const& p_vertices, std::uint64_t& p_bytes);
     void DeleteSamplers();
     void DeleteShape(GlShape const& p_shape);
 
@@ -94,17 +110,18 @@ private:
     std::size_t _uniformAlignment = 256;
     float _maxAnisotropy = 1;
     GLuint _marker = 0;
-    GLuint _instances = 0;
-    GLuint _uniforms = 0;
+    StreamBuffer _instances;
+    StreamBuffer _uniforms;
     GLuint _immediateArray = 0; ///< its colours are those of the draw
     GLuint _ownColorsArray = 0; ///< its colours are those of the vertices
-    GLuint _immediateVertices = 0;
-    GLuint _immediateTexCoords = 0;
-    GLuint _immediateStarts = 0;
-    GLuint _immediateIndices = 0;
+    StreamBuffer _immediateVertices;
+    StreamBuffer _immediateTexCoords;
+    StreamBuffer _immediateStarts;
+    StreamBuffer _immediateIndices;
+    std::uint64_t _heldBytes = 0;
     GlPrograms _programs;
     std::unordered_map<std::uint64_t, GlShape> _shapes;
-    std::unordered_map<std::uint64_t, GLuint> _vertices;
+    std::unordered_map<std::uint64_t, VertexObject> _vertices;
     std::unordered_map<std::uint64_t, TextureObject> _textures;
     std::vector<std::pair<TextureSampling, GLuint>> _samplers;
     std::vector<std::uint64_t> _dead;

@@ -59,7 +59,12 @@ constexpr char const* Varyings = R"(
 #else
 #define TEXTURE_VARYINGS
 #endif
-#define FRAGMENT_VARYINGS SHADING vec4 front; SHADING vec4 back; TEXTURE_VARYINGS
+#ifdef BACK_FIRST
+#define MIRROR_VARYINGS flat float mirrored;
+#else
+#define MIRROR_VARYINGS
+#endif
+#define FRAGMENT_VARYINGS SHADING vec4 front; SHADING vec4 back; TEXTURE_VARYINGS MIRROR_VARYINGS
 #ifdef CLIPPED
 #define CLIP_VARYINGS vec4 clip0; vec4 clip1;
 #else
@@ -195,6 +200,9 @@ void main() {
 #endif
 #ifdef DASHED
     result.dashStart = stippleStart;
+#endif
+#ifdef BACK_FIRST
+    result.mirrored = dot(row0.xyz, cross(row1.xyz, row2.xyz));
 #endif
 #ifdef CLIPPED
     float distances[8];
@@ -445,6 +453,9 @@ noperspective in vec3 away;
 flat in vec4 dash;
 #endif
 out vec4 fragment;
+#ifdef BACK_FIRST
+uniform int triangles;
+#endif
 
 #if UNITS > 0
 uniform sampler2D samplers[UNITS];
@@ -534,6 +545,10 @@ float Shows(float pixels) {
 
 constexpr char const* FragmentMain = R"(
 void main() {
+#ifdef BACK_FIRST
+    bool isFront = gl_FrontFacing != (source.mirrored < 0.0);
+    if ((gl_PrimitiveID >= triangles) != isFront) { discard; }
+#endif
 #if defined(STIPPLED) && defined(TRIANGLES)
     ivec2 cell = ivec2(gl_FragCoord.xy) & 31;
     uint row = stipple[cell.y >> 2][cell.y & 3];
@@ -584,7 +599,7 @@ bool HasGeometryStage(ProgramVariant const& p_variant) {
 
 std::string Defines(ProgramVariant const& p_variant, std::uint32_t p_options) {
     constexpr std::array<char const*, PipelineCount> names = {
-        "POINTS", "LINES", "TRIANGLES", "EDGES", "CORNERS", "TRIANGLES"};
+        "POINTS", "LINES", "TRIANGLES", "EDGES", "CORNERS", "TRIANGLES", "TRIANGLES"};
     std::string text;
     auto const flag = [&text](bool p_on, char const* p_name) {
         text += p_on ? "#define " + std::string(p_name) + "\n" : std::string();
@@ -593,6 +608,7 @@ std::string Defines(ProgramVariant const& p_variant, std::uint32_t p_options) {
         text += "#define " + std::string(p_name) + (p_on ? " true\n" : " false\n");
     };
     flag(true, names[static_cast<std::size_t>(p_variant.pipeline)]);
+    flag(p_variant.pipeline == Pipeline::BackThenFront, "BACK_FIRST");
     flag(HasGeometryStage(p_variant), "GEOMETRY");
     flag(p_variant.immediate, "IMMEDIATE");
     flag(p_variant.flat, "FLAT");
@@ -675,7 +691,7 @@ std::optional<std::string> Build(
         constexpr std::array<GLint, 4> units = {0, 1, 2, 3};
         glUniform1iv(glGetUniformLocation(name, "samplers"), p_variant.units, units.data());
     }
-    p_program = {name, glGetUniformLocation(name, "faces")};
+    p_program = {name, glGetUniformLocation(name, "faces"), glGetUniformLocation(name, "triangles")};
     return std::nullopt;
 }
 

@@ -46,6 +46,7 @@ struct ProgramVariant {
 struct GlProgram {
     GLuint name = 0;
     GLint faces = -1; ///< location: bit 0 front faces are drawn, bit 1 back faces, bit 2 fronts are clockwise
+    GLint triangles = -1; ///< location: how many triangles show their backs before the rest show their fronts
 };
 
 /// The programs of a context: made of a shader's source and what surrounds it, compiled when first asked for and kept until

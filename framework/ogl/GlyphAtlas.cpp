@@ -27,6 +27,7 @@ void GlyphAtlas::Trim() {
     if (_pages.size() > MaxPages) {
         _entries.clear();
         _pages.clear();
+        ++_generation;
     }
 }
 

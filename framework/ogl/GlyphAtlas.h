@@ -36,6 +36,8 @@ public:
     /// The page with all glyphs found so far: white, as opaque as they cover it.
     std::shared_ptr<Texture const> const& Page(std::size_t p_page);
     std::size_t PageCount() const { return _pages.size(); }
+    /// How often everything was forgotten. As long as that stays the same a page keeps its glyphs where they are.
+    std::size_t Generation() const { return _generation; }
 
 private:
     struct Key {
@@ -63,6 +65,7 @@ private:
 
     std::unordered_map<Key, Entry, KeyHash> _entries;
     std::vector<PageData> _pages;
+    std::size_t _generation = 0;
 };
 
 } // namespace Qor::Chart::Ogl

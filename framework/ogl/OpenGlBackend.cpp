@@ -230,6 +230,7 @@ public:
             _shader = p_command.shader;
             _key = variant.Key();
             _faces = -1;
+            _triangles = -1;
             glUseProgram(_program->name);
         }
         bool const isClockwise = p_state.polygon.frontFace == Tokens::AGL_CW;
@@ -238,12 +239,23 @@ public:
             glUniform1i(_program->faces, faces);
             _faces = faces;
         }
+        if (p_command.pipeline == Pipeline::BackThenFront) {
+            SetTriangles(p_command.buffer->Assembled(p_command.pipeline).size() / 6);
+        }
         Cull(p_command);
         Offset(IsFilled(p_command.pipeline) && p_state.IsEnabled(EnableBit::OffsetFill));
         return _program->name != 0;
     }
 
 private:
+    void SetTriangles(std::size_t p_count) {
+        auto const count = static_cast<GLint>(p_count);
+        if (_triangles != count) {
+            glUniform1i(_program->triangles, count);
+            _triangles = count;
+        }
+    }
+
     /// Outlines and corners choose their faces themselves.
     void Cull(Command const& p_command) {
         int const culled = IsFilled(p_command.pipeline) ? FaceBit::Both & ~p_command.faces : 0;
@@ -269,6 +281,7 @@ private:
     Shader const* _shader = nullptr;
     std::uint32_t _key = 0;
     int _faces = -1;
+    GLint _triangles = -1;
     int _culled = -1;
     std::optional<bool> _isOffset;
 };
@@ -434,6 +447,7 @@ void OpenGlBackend::Impl::CollectErrors(char const* p_while) {
 void OpenGlBackend::Impl::Execute(CommandList const& p_list, Statistics& p_statistics) {
     WithDevice([&] {
         Run(p_list, p_statistics);
+        p_statistics.heldBytes = _device->HeldBytes();
         CollectErrors("while drawing");
     });
 }
@@ -512,14 +526,14 @@ void OpenGlBackend::Impl::Draw(CommandList const& p_list, Command const& p_comma
             p_command.hasColors ? &p_list.instances[p_command.colorInstance].color : nullptr;
         _device->DrawImmediate(p_command.pipeline, p_command.first, p_command.count, color);
         ++p_statistics.instances;
-        p_statistics.primitives += p_command.count / perPrimitive;
+        CountPrimitives(p_command, p_command.count / perPrimitive, p_statistics);
         return;
     }
     GlShape& shape = _device->Shape(*p_command.buffer, p_command.pipeline, p_statistics.bufferBytes);
     _device->DrawShape(shape, p_command.pipeline, p_command.first, p_command.count);
     auto const indices = static_cast<std::uint64_t>(shape.counts[static_cast<std::size_t>(p_command.pipeline)]);
     p_statistics.instances += p_command.count;
-    p_statistics.primitives += p_command.count * (indices / perPrimitive);
+    CountPrimitives(p_command, p_command.count * (indices / perPrimitive), p_statistics);
 }
 
 void OpenGlBackend::Impl::Prepare(Shader const& p_shader) {

@@ -121,6 +121,10 @@ void AssemblePrimitives(Token p_kind, std::span<std::uint32_t const> p_vertices,
         ForEachPolygon(p_kind, p_vertices,
             [&](Indices p_corners, std::uint32_t p_provoking) { AppendTriangles(p_corners, p_provoking, p_result); });
         break;
+    case Pipeline::BackThenFront:
+        AssemblePrimitives(p_kind, p_vertices, Pipeline::Triangles, p_result);
+        AssemblePrimitives(p_kind, p_vertices, Pipeline::Triangles, p_result);
+        break;
     case Pipeline::FlatTriangles:
         ForEachPolygon(p_kind, p_vertices, [&](Indices p_corners, std::uint32_t p_provoking) {
             AppendFlatTriangles(p_corners, p_provoking, p_result);

@@ -18,12 +18,13 @@ enum class Pipeline : std::uint8_t {
     Edges, ///< outlines of polygons: another corner, the two ends of the edge, the polygon's provoking vertex
     Corners, ///< corners of polygons as points: the corner, its next and its last neighbour, the provoking vertex
     FlatTriangles, ///< as triangles, but quads are cut so that both halves end with the provoking vertex
+    BackThenFront, ///< all triangles twice: of the first half the backs are drawn, of the second the fronts
 };
-inline constexpr std::size_t PipelineCount = 6;
+inline constexpr std::size_t PipelineCount = 7;
 
 /// Number of indices that one primitive of the pipeline takes.
 constexpr std::size_t IndicesPerPrimitive(Pipeline p_pipeline) {
-    constexpr std::size_t counts[PipelineCount] = {1, 2, 3, 4, 4, 3};
+    constexpr std::size_t counts[PipelineCount] = {1, 2, 3, 4, 4, 3, 3};
     return counts[static_cast<std::size_t>(p_pipeline)];
 }
 
@@ -34,7 +35,7 @@ constexpr bool IsPolygonKind(Token p_kind) {
 
 /// True for filled polygons.
 constexpr bool IsFilled(Pipeline p_pipeline) {
-    return p_pipeline == Pipeline::Triangles || p_pipeline == Pipeline::FlatTriangles;
+    return p_pipeline == Pipeline::Triangles || p_pipeline >= Pipeline::FlatTriangles;
 }
 
 /// Points and lines as they are, polygons filled.

@@ -3,7 +3,9 @@
 #include "framework/Export.h"
 #include "framework/ogl/Backend.h"
 
+#include <cstdint>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace Qor::Chart::Ogl {
@@ -50,7 +52,22 @@ public:
     void TakeErrors(std::vector<std::string>& p_errors) override;
 
 private:
+    /// What a device would hold for a resource.
+    struct Held {
+        std::uint64_t bytes = 0;
+        std::uint32_t pipelines = 0; ///< a bit for each whose indices are there, of a shape
+    };
+
+    void Hold(CommandList const& p_commands);
+    Held& HeldFor(DeviceResource const& p_resource, std::uint64_t p_bytes);
+    void HoldShape(PrimitiveBuffer const& p_buffer, Pipeline p_pipeline);
+    void LetGo();
+
     Keep _keep;
+    std::shared_ptr<Graveyard> _graveyard = std::make_shared<Graveyard>();
+    std::unordered_map<std::uint64_t, Held> _held;
+    std::uint64_t _heldBytes = 0;
+    std::vector<std::uint64_t> _buried;
     DeviceFeatures _features;
     std::vector<RecordedCommand> _commands;
     std::size_t _frames = 0;

@@ -27,6 +27,8 @@ vec4 Surface(vec4 color) {
 constexpr char const* GenericVertex = R"(
 const int OptionHeadlight = 1;
 const int OptionVertexColors = 2;
+const int OptionCutout = 8;
+const int OptionOpaque = 16;
 
 // The surface as it is seen from here, with light from the viewer.
 float Headlight(vec4 eye, vec3 normal) {
@@ -54,12 +56,22 @@ void Shade(vec4 eye, vec3 normal, vec4 color, out vec4 front, out vec4 back) {
         }
     }
     back = front;
+    if ((OPTIONS & (OptionCutout | OptionOpaque)) != 0) {
+        back.a = clamp(currentColor.a, 0.0, 1.0);
+    }
 }
 )";
 
+// Where the alpha of textures and vertices does not blend, that of the current colour stands in that of the back.
 constexpr char const* GenericFragment = R"(
 vec4 Surface(vec4 color) {
-    return (OPTIONS & 2) != 0 ? Textured(color) : color;
+    if ((OPTIONS & 6) != 0) { color = Textured(color); }
+    if ((OPTIONS & 24) != 0) {
+        float cutoff = (float((OPTIONS >> 8) & 255) - 0.5) / 255.0;
+        if ((OPTIONS & 8) != 0 && color.a < cutoff * source.back.a) { discard; }
+        color.a = source.back.a;
+    }
+    return color;
 }
 )";
 

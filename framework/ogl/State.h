@@ -42,7 +42,8 @@ inline constexpr Type Light0 = 1U << 20; ///< and one more for each further ligh
 inline constexpr Type Lights = ((Type(1) << LightCount) - 1) << 20;
 inline constexpr Type ClipPlane0 = 1U << 28; ///< and one more for each further clip plane
 inline constexpr Type ClipPlanes = ((Type(1) << ClipPlaneCount) - 1) << 28;
-inline constexpr Type All = (Type(1) << 36) - 1;
+inline constexpr Type Transparency = Type(1) << 36;
+inline constexpr Type All = (Type(1) << 37) - 1;
 static_assert(Texture0 << TextureUnitCount <= Light0 && Light0 << LightCount <= ClipPlane0);
 } // namespace EnableBit
 

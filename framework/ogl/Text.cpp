@@ -18,6 +18,7 @@ using namespace Tokens;
 namespace {
 
 constexpr std::size_t MaxRememberedLength = 1U << 17;
+constexpr int GlyphReach = 16; ///< no glyph is wider, in sizes of the font
 constexpr float MaxCoordinate = 1 << 24; // whole numbers up to here are exact
 
 std::u32string Decode(std::string_view p_text) {
@@ -106,40 +107,74 @@ Types::Size Text::Measure(std::u32string const& p_text, int p_width) {
     return {layout.Width(), layout.Height()};
 }
 
-void Text::DrawDecoded(
-    Agl& p_agl, std::u32string const& p_text, Types::Viewport<0> const& p_rectangle, double p_depth) {
-    if (p_text.empty() || !IsDrawable(p_rectangle) || !std::isfinite(p_depth)) {
+void Text::Place(std::u32string const& p_text, Types::Viewport<0> const& p_rectangle) {
+    _quads.clear();
+    if (p_text.empty() || !IsDrawable(p_rectangle)) {
         return;
     }
-    Bounds const bounds{
-        Round(p_rectangle.x), Round(p_rectangle.y), Round(p_rectangle.Right()), Round(p_rectangle.Top())};
+    Bounds const bounds = BoundsOf(p_rectangle);
     _atlas->Trim();
-    Collect(Layout(p_text, bounds.right - bounds.left, bounds.top - bounds.bottom), bounds);
+    Collect(Layout(p_text, bounds.right - bounds.left, bounds.top - bounds.bottom), bounds, bounds);
+}
+
+Text::Bounds Text::BoundsOf(Types::Viewport<0> const& p_rectangle) {
+    return {Round(p_rectangle.x), Round(p_rectangle.y), Round(p_rectangle.Right()), Round(p_rectangle.Top())};
+}
+
+Assets::TextLayout Text::LayOut(std::u32string const& p_text, Assets::TextLayout::Options p_options) {
+    p_options.pixelSize = PixelSize();
+    return {_fonts, p_text, p_options};
+}
+
+void Text::Draw(Agl& p_agl, Assets::TextLayout const& p_layout, Types::Viewport<0> const& p_rectangle,
+    Types::Viewport<0> const& p_clip, double p_depth) {
+    _quads.clear();
+    if (!IsDrawable(p_rectangle) || !IsDrawable(p_clip) || !std::isfinite(p_depth)) {
+        return;
+    }
+    _atlas->Trim();
+    Collect(p_layout, BoundsOf(p_rectangle), BoundsOf(p_clip));
     if (!_quads.empty()) {
         DrawQuads(p_agl, p_depth);
     }
 }
 
-void Text::Collect(Assets::TextLayout const& p_layout, Bounds const& p_bounds) {
-    _quads.clear();
+void Text::DrawDecoded(
+    Agl& p_agl, std::u32string const& p_text, Types::Viewport<0> const& p_rectangle, double p_depth) {
+    if (!std::isfinite(p_depth)) {
+        return;
+    }
+    Place(p_text, p_rectangle);
+    if (!_quads.empty()) {
+        DrawQuads(p_agl, p_depth);
+    }
+}
+
+void Text::Collect(Assets::TextLayout const& p_layout, Bounds const& p_bounds, Bounds const& p_clip) {
     int baseline = BlockTop(p_layout, p_bounds) - p_layout.Metrics().ascent;
     for (Assets::TextLayout::Line const& line : p_layout.Lines()) {
-        CollectLine(line, p_layout.PixelSize(), LineStart(line, p_bounds), baseline, p_bounds);
+        CollectLine(line, p_layout.PixelSize(), LineStart(line, p_bounds), baseline, p_clip);
         baseline -= p_layout.Metrics().LineHeight();
     }
-    std::stable_sort(
-        _quads.begin(), _quads.end(), [](Quad const& p_a, Quad const& p_b) { return p_a.page < p_b.page; });
+    auto const isBefore = [](Quad const& p_a, Quad const& p_b) { return p_a.page < p_b.page; };
+    if (!std::is_sorted(_quads.begin(), _quads.end(), isBefore)) { // sorting allocates
+        std::stable_sort(_quads.begin(), _quads.end(), isBefore);
+    }
 }
 
 void Text::CollectLine(
-    Assets::TextLayout::Line const& p_line, int p_pixelSize, int p_x, int p_baseline, Bounds const& p_bounds) {
+    Assets::TextLayout::Line const& p_line, int p_pixelSize, int p_x, int p_baseline, Bounds const& p_clip) {
+    int const reach = GlyphReach * p_pixelSize;
     for (Assets::TextLayout::Glyph const& glyph : p_line.glyphs) {
+        if (p_x + glyph.x > p_clip.right + reach || p_x + glyph.x < p_clip.left - reach) {
+            continue; // it need not be in the atlas
+        }
         GlyphAtlas::Entry const& entry = _atlas->Find(glyph.face, glyph.glyph, p_pixelSize);
         Assets::GlyphBitmap const& placement = entry.placement;
         int const left = p_x + glyph.x + placement.left;
         int const top = p_baseline + glyph.y + placement.top;
-        Bounds const target{std::max(left, p_bounds.left), std::max(top - placement.height, p_bounds.bottom),
-            std::min(left + placement.width, p_bounds.right), std::min(top, p_bounds.top)};
+        Bounds const target{std::max(left, p_clip.left), std::max(top - placement.height, p_clip.bottom),
+            std::min(left + placement.width, p_clip.right), std::min(top, p_clip.top)};
         if (target.left < target.right && target.bottom < target.top) {
             _quads.push_back({entry.page, target, entry.x + target.left - left, entry.y + top - target.top});
         }
@@ -174,9 +209,7 @@ int Text::BlockTop(Assets::TextLayout const& p_layout, Bounds const& p_bounds) c
     return p_bounds.top;
 }
 
-void Text::DrawQuads(Agl& p_agl, double p_depth) {
-    PushAttribScope const saved(p_agl, AGL_ALL_ATTRIB_BITS);
-    Bind<Shader> const shader(p_agl, std::shared_ptr<Shader const>());
+void Text::SetState(Agl& p_agl) {
     for (Token const capability : {AGL_LIGHTING, AGL_CULL_FACE, AGL_POLYGON_STIPPLE, AGL_POLYGON_OFFSET_FILL}) {
         p_agl.Disable(capability);
     }
@@ -196,6 +229,12 @@ void Text::DrawQuads(Agl& p_agl, double p_depth) {
     p_agl.BlendFunc(AGL_SRC_ALPHA, AGL_ONE_MINUS_SRC_ALPHA);
     p_agl.PolygonMode(AGL_FRONT_AND_BACK, AGL_FILL);
     p_agl.DepthMask(false);
+}
+
+void Text::DrawQuads(Agl& p_agl, double p_depth) {
+    PushAttribScope const saved(p_agl, AGL_ALL_ATTRIB_BITS);
+    Bind<Shader> const shader(p_agl, std::shared_ptr<Shader const>());
+    SetState(p_agl);
     p_agl.Color(_color);
     for (std::size_t i = 0; i < _quads.size();) {
         std::size_t const page = _quads[i].page;

@@ -65,7 +65,15 @@ public:
     void Draw(Agl& p_agl, std::string_view p_text, Types::Viewport<0> const& p_rectangle, double p_depth = 0);
     void Draw(Agl& p_agl, std::wstring_view p_text, Types::Viewport<0> const& p_rectangle, double p_depth = 0);
 
+    /// Lays a text out in this font, for somebody who keeps the layout; the pixel size of the options is not read.
+    Assets::TextLayout LayOut(std::u32string const& p_text, Assets::TextLayout::Options p_options);
+    /// Draws such a layout, aligned in a rectangle, as far as it lies in p_clip.
+    void Draw(Agl& p_agl, Assets::TextLayout const& p_layout, Types::Viewport<0> const& p_rectangle,
+        Types::Viewport<0> const& p_clip, double p_depth = 0);
+
 private:
+    friend class TextBlock;
+
     /// A rectangle between whole pixels.
     struct Bounds {
         int left = 0;
@@ -84,10 +92,15 @@ private:
     int PixelSize() const;
     Assets::TextLayout const& Layout(std::u32string const& p_text, int p_width, int p_height);
     Types::Size Measure(std::u32string const& p_text, int p_width);
+    /// Lays a text out in a rectangle: its pieces are in the list afterwards, ordered by pages.
+    void Place(std::u32string const& p_text, Types::Viewport<0> const& p_rectangle);
     void DrawDecoded(Agl& p_agl, std::u32string const& p_text, Types::Viewport<0> const& p_rectangle, double p_depth);
-    void Collect(Assets::TextLayout const& p_layout, Bounds const& p_bounds);
+    /// What glyphs are drawn in, apart from their page and colour; the texture matrix is pushed.
+    static void SetState(Agl& p_agl);
+    static Bounds BoundsOf(Types::Viewport<0> const& p_rectangle);
+    void Collect(Assets::TextLayout const& p_layout, Bounds const& p_bounds, Bounds const& p_clip);
     void CollectLine(
-        Assets::TextLayout::Line const& p_line, int p_pixelSize, int p_x, int p_baseline, Bounds const& p_bounds);
+        Assets::TextLayout::Line const& p_line, int p_pixelSize, int p_x, int p_baseline, Bounds const& p_clip);
     int LineStart(Assets::TextLayout::Line const& p_line, Bounds const& p_bounds) const;
     int BlockTop(Assets::TextLayout const& p_layout, Bounds const& p_bounds) const;
     void DrawQuads(Agl& p_agl, double p_depth);

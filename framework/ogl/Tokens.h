@@ -67,6 +67,8 @@ inline constexpr Token AGL_STENCIL_TEST = 0x0B90;
 inline constexpr Token AGL_NORMALIZE = 0x0BA1;
 inline constexpr Token AGL_RESCALE_NORMAL = 0x803A;
 inline constexpr Token AGL_BLEND = 0x0BE2;
+/// Not of OpenGL: see `Agl::BeginTransparency`.
+inline constexpr Token AGL_TRANSPARENCY = 0x10000;
 inline constexpr Token AGL_SCISSOR_TEST = 0x0C11;
 inline constexpr Token AGL_TEXTURE_2D = 0x0DE1;
 inline constexpr Token AGL_POLYGON_OFFSET_POINT = 0x2A01;

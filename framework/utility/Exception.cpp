@@ -1,10 +1,12 @@
 #include "framework/utility/Exception.h"
 
+#include "framework/utility/Readable.h"
+
 #include <utility>
 
 namespace Qor::Chart::Utility {
 
-Exception::Exception(std::string p_text) : _text(std::make_shared<std::string const>(std::move(p_text))) {}
+Exception::Exception(std::string p_text) : _text(std::make_shared<std::string const>(Readable(std::move(p_text)))) {}
 
 Exception::~Exception() = default;
 
