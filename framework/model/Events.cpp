@@ -1,5 +1,6 @@
 #include "framework/model/Events.h"
 
+#include "framework/model/LegendEntry.h"
 #include "framework/model/ModelNode.h"
 
 #include <utility>
@@ -23,5 +24,41 @@ PendingUpdateCompletedArgs::PendingUpdateCompletedArgs(
     : Event(std::move(p_node)), _boundingBox(p_boundingBox) {}
 
 PendingUpdateCompletedArgs::~PendingUpdateCompletedArgs() = default;
+
+ColorPickedArgs::ColorPickedArgs(Core::WeakPtr<ModelNode> p_node, QColor const& p_color) noexcept
+    : Event(std::move(p_node)), _color(p_color) {}
+
+ColorPickedArgs::~ColorPickedArgs() = default;
+
+SelectionChangedArgs::SelectionChangedArgs(Core::WeakPtr<ModelNode> p_node, Entries p_added, Entries p_removed) noexcept
+    : Event(std::move(p_node)), _added(std::move(p_added)), _removed(std::move(p_removed)) {}
+
+SelectionChangedArgs::~SelectionChangedArgs() = default;
+
+LegendEntryArgs::LegendEntryArgs(Core::WeakPtr<LegendEntry> p_entry, Types::Pos const& p_screenPosition)
+    : Event(p_entry), _entry(std::move(p_entry)), _screenPosition(p_screenPosition) {}
+
+LegendEntryArgs::~LegendEntryArgs() = default;
+
+LegendEntryHoveredArgs::LegendEntryHoveredArgs(Core::WeakPtr<LegendEntry> p_entry, Types::Pos const& p_screenPosition)
+    : LegendEntryArgs(std::move(p_entry), p_screenPosition) {}
+
+LegendEntryHoveredArgs::~LegendEntryHoveredArgs() = default;
+
+LegendEntryHoverEndedArgs::LegendEntryHoverEndedArgs(
+    Core::WeakPtr<LegendEntry> p_entry, Types::Pos const& p_screenPosition)
+    : LegendEntryArgs(std::move(p_entry), p_screenPosition) {}
+
+LegendEntryHoverEndedArgs::~LegendEntryHoverEndedArgs() = default;
+
+LegendEntryClickedArgs::LegendEntryClickedArgs(Core::WeakPtr<LegendEntry> p_entry, Types::Pos const& p_screenPosition)
+    : LegendEntryArgs(std::move(p_entry), p_screenPosition) {}
+
+LegendEntryClickedArgs::~LegendEntryClickedArgs() = default;
+
+TextEditedArgs::TextEditedArgs(Core::WeakPtr<ModelNode> p_node, std::wstring p_text, std::wstring p_former) noexcept
+    : Event(std::move(p_node)), _text(std::move(p_text)), _former(std::move(p_former)) {}
+
+TextEditedArgs::~TextEditedArgs() = default;
 
 } // namespace Qor::Chart::Model::Events

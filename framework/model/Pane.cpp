@@ -17,10 +17,6 @@ std::string CheckViewport(Types::Viewport<1> const& p_viewport) {
     return {};
 }
 
-std::string CheckOptionalColor(std::optional<QColor> const& p_color) {
-    return p_color ? Detail::CheckColor(*p_color) : std::string();
-}
-
 } // namespace
 
 Property<Pane, Types::Viewport<1>> const Pane::ViewportProperty(Field<&Pane::_viewport>,
@@ -65,7 +61,7 @@ Property<Pane, QColor> const Pane::BackgroundColorProperty(Field<&Pane::_backgro
 
 Property<Pane, std::optional<QColor>> const Pane::BackgroundTopColorProperty(Field<&Pane::_backgroundTopColor>,
     {12, "backgroundTopColor", "The upper edge of the background, which then fades from one colour to the other."},
-    std::nullopt, CheckOptionalColor);
+    std::nullopt, Detail::CheckOptionalColor);
 
 Property<Pane, Pane::ProjectionMode> const Pane::ProjectionModeProperty(
     Field<&Pane::_projectionMode>, {13, "projectionMode", "How the scene is projected."}, ProjectionMode::Orthographic);

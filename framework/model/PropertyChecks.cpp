@@ -8,6 +8,10 @@ std::string CheckColor(QColor const& p_color) {
     return p_color.isValid() ? "" : "the colour is invalid; give a valid one, or reset the property.";
 }
 
+std::string CheckOptionalColor(std::optional<QColor> const& p_color) {
+    return p_color ? CheckColor(*p_color) : std::string();
+}
+
 std::string CheckFinite(Types::Vector3_Base<double> const& p_vector) {
     return IsFinite(p_vector) ? "" : "a coordinate is infinite or not a number; give three finite numbers.";
 }

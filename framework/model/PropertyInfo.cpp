@@ -6,6 +6,7 @@
 
 #include <boost/any.hpp>
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -13,7 +14,7 @@ namespace Qor::Chart::Model {
 
 namespace {
 
-/// A text as a message quotes it: not too long, and never cut within a UTF-8 character.
+/// A text as a message quotes it: in one line, not too long, and never cut within a UTF-8 character.
 std::string Quoted(std::string_view p_text) {
     constexpr std::size_t longest = 60;
     std::size_t size = p_text.size();
@@ -22,7 +23,10 @@ std::string Quoted(std::string_view p_text) {
         while (size > 0 && (static_cast<unsigned char>(p_text[size]) & 0xC0U) == 0x80U)
             --size;
     }
-    return '"' + std::string(p_text.substr(0, size)) + (size < p_text.size() ? "..." : "") + '"';
+    std::string quoted(p_text.substr(0, size));
+    std::replace_if(
+        quoted.begin(), quoted.end(), [](char p_sign) { return static_cast<unsigned char>(p_sign) < ' '; }, '?');
+    return '"' + quoted + (size < p_text.size() ? "..." : "") + '"';
 }
 
 std::string NamesOfBoth(PropertyInfo const& p_property, ModelNode const& p_node) {

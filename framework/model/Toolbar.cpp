@@ -1,27 +1,16 @@
 #include "framework/model/Toolbar.h"
 
-#include <cmath>
-#include <string>
+#include "framework/model/PropertyChecks.h"
 
 namespace Qor::Chart::Model {
 
-namespace {
-
-template <class Position>
-std::string CheckPosition(Position const& p_position) {
-    return std::isfinite(p_position.distance) ? std::string()
-                                              : "the distance is infinite or not a number; give a finite one.";
-}
-
-} // namespace
-
 Property<Toolbar, Types::XPosition> const Toolbar::XPositionProperty(Field<&Toolbar::_x>,
     {1, "x", "How far the bar lies from the left or right side of its pane."}, Types::XPosition(),
-    CheckPosition<Types::XPosition>);
+    Detail::CheckPosition<Types::XPosition>);
 
 Property<Toolbar, Types::YPosition> const Toolbar::YPositionProperty(Field<&Toolbar::_y>,
     {2, "y", "How far the bar lies from the lower or upper side of its pane."}, Types::YPosition(),
-    CheckPosition<Types::YPosition>);
+    Detail::CheckPosition<Types::YPosition>);
 
 Property<Toolbar, bool> const Toolbar::VerticalProperty(
     Field<&Toolbar::_vertical>, {3, "vertical", "Whether the buttons stand one below the other."}, false);

@@ -240,6 +240,20 @@ std::string ValueText<bool>::Form() {
     return "true or false";
 }
 
+std::string ValueText<int>::Write(int p_value) {
+    return std::to_string(p_value);
+}
+std::optional<int> ValueText<int>::Read(std::string_view p_text) {
+    std::string_view const text = Trimmed(p_text);
+    int number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    bool const isWhole = error == std::errc() && end == text.data() + text.size();
+    return isWhole ? std::optional(number) : std::nullopt;
+}
+std::string ValueText<int>::Form() {
+    return "a whole number such as 3";
+}
+
 std::string ValueText<double>::Write(double p_value) {
     return JoinNumbers(std::span<double const>(&p_value, 1));
 }
@@ -302,6 +316,45 @@ std::optional<std::optional<QColor>> ValueText<std::optional<QColor>>::Read(std:
 }
 std::string ValueText<std::optional<QColor>>::Form() {
     return "none, or " + ValueText<QColor>::Form();
+}
+
+std::string ValueText<std::vector<QColor>>::Write(std::vector<QColor> const& p_value) {
+    std::string text;
+    for (QColor const& color : p_value)
+        text += (text.empty() ? "" : "; ") + ValueText<QColor>::Write(color);
+    return text.empty() ? "none" : text;
+}
+std::optional<std::vector<QColor>> ValueText<std::vector<QColor>>::Read(std::string_view p_text) {
+    std::vector<QColor> colors;
+    if (EqualNames(Trimmed(p_text), "none"))
+        return colors;
+    for (;;) {
+        std::size_t const end = p_text.find(';');
+        std::optional<QColor> const color = ValueText<QColor>::Read(p_text.substr(0, end));
+        if (!color)
+            return std::nullopt;
+        colors.push_back(*color);
+        if (end == std::string_view::npos)
+            return colors;
+        p_text.remove_prefix(end + 1);
+    }
+}
+std::string ValueText<std::vector<QColor>>::Form() {
+    return "none, or colours with semicolons between them; " + ValueText<QColor>::Form();
+}
+
+std::string ValueText<Types::Vector2_Base<double>>::Write(Types::Vector2_Base<double> const& p_value) {
+    std::array const numbers{p_value.x, p_value.y};
+    return JoinNumbers(std::span<double const>(numbers));
+}
+std::optional<Types::Vector2_Base<double>> ValueText<Types::Vector2_Base<double>>::Read(std::string_view p_text) {
+    std::array<double, 2> numbers{};
+    if (ReadNumbers(p_text, numbers) != numbers.size())
+        return std::nullopt;
+    return Types::Vector2_Base<double>(numbers[0], numbers[1]);
+}
+std::string ValueText<Types::Vector2_Base<double>>::Form() {
+    return "two numbers such as 1 -2.5";
 }
 
 std::string ValueText<Types::Vector3_Base<double>>::Write(Types::Vector3_Base<double> const& p_value) {

@@ -2,6 +2,7 @@
 
 #include "framework/Export.h"
 #include "framework/model/SharedMatrix.h"
+#include "framework/types/Vector2.h"
 #include "framework/types/Vector3.h"
 #include "framework/types/Viewport.h"
 #include "framework/types/XPosition.h"
@@ -14,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace Qor::Chart::Model {
 
@@ -38,6 +40,12 @@ template <>
 struct QOR_FRAMEWORK_API ValueText<bool> {
     static std::string Write(bool p_value);
     static std::optional<bool> Read(std::string_view p_text);
+    static std::string Form();
+};
+template <>
+struct QOR_FRAMEWORK_API ValueText<int> {
+    static std::string Write(int p_value);
+    static std::optional<int> Read(std::string_view p_text);
     static std::string Form();
 };
 template <>
@@ -68,6 +76,18 @@ template <>
 struct QOR_FRAMEWORK_API ValueText<std::optional<QColor>> {
     static std::string Write(std::optional<QColor> const& p_value);
     static std::optional<std::optional<QColor>> Read(std::string_view p_text);
+    static std::string Form();
+};
+template <>
+struct QOR_FRAMEWORK_API ValueText<std::vector<QColor>> {
+    static std::string Write(std::vector<QColor> const& p_value);
+    static std::optional<std::vector<QColor>> Read(std::string_view p_text);
+    static std::string Form();
+};
+template <>
+struct QOR_FRAMEWORK_API ValueText<Types::Vector2_Base<double>> {
+    static std::string Write(Types::Vector2_Base<double> const& p_value);
+    static std::optional<Types::Vector2_Base<double>> Read(std::string_view p_text);
     static std::string Form();
 };
 template <>
