@@ -123,6 +123,11 @@ Symbol MeshFile::MeshSymbol(std::size_t p_number) const {
     return {{self, symbol.indices.get()}, {self, symbol.vertices.get()}, symbol.bounds};
 }
 
+std::span<std::byte const> MeshFile::ImageBytes(std::size_t p_number) const {
+    auto const found = _images.find(p_number);
+    return found == _images.end() ? std::span<std::byte const>() : std::span<std::byte const>(found->second);
+}
+
 Symbol MeshFile::WholeSymbol() const {
     Ogl::Token kind = Ogl::Tokens::AGL_POINTS;
     for (MeshInfo const& mesh : _meshes) {

@@ -1,5 +1,6 @@
 #include "framework/library/MeshFileReader.h"
 
+#include "framework/library/GltfCheck.h"
 #include "framework/library/GuardedFiles.h"
 #include "framework/library/ImporterAssertions.h"
 #include "framework/library/Mesh.h"
@@ -31,7 +32,6 @@
 
 namespace Qor::Chart::Library {
 
-using Types::Color4f;
 using Types::Matrix4;
 using Vector3 = Types::Vector3_Base<float>;
 
@@ -43,7 +43,7 @@ constexpr double ImporterShare = 0.8;
 constexpr unsigned PostProcessing = aiProcess_RemoveComponent | aiProcess_Triangulate | aiProcess_SortByPType;
 
 constexpr int UnusedComponents = aiComponent_TANGENTS_AND_BITANGENTS | aiComponent_BONEWEIGHTS |
-    aiComponent_ANIMATIONS | aiComponent_TEXTURES | aiComponent_LIGHTS | aiComponent_CAMERAS;
+    aiComponent_ANIMATIONS | aiComponent_LIGHTS | aiComponent_CAMERAS;
 
 bool IsFinite(aiVector3D const& p_vector) {
     return std::isfinite(p_vector.x) && std::isfinite(p_vector.y) && std::isfinite(p_vector.z);
@@ -51,30 +51,6 @@ bool IsFinite(aiVector3D const& p_vector) {
 
 Vector3 ToVector(aiVector3D const& p_vector) {
     return {p_vector.x, p_vector.y, p_vector.z};
-}
-
-float Channel(float p_value) {
-    return std::isfinite(p_value) ? std::clamp(p_value, 0.0F, 1.0F) : 1.0F;
-}
-
-Color4f ToColor(aiColor4D const& p_color) {
-    return {Channel(p_color.r), Channel(p_color.g), Channel(p_color.b), Channel(p_color.a)};
-}
-
-/// Whether the format keeps its colours as light intensities; the others keep them as they are shown.
-bool HasLinearColors(qorfile::filepath const& p_path) {
-    return p_path.string().ends_with(".glb") || p_path.string().ends_with(".gltf");
-}
-
-/// An intensity of light as a value to show: the transfer function of sRGB (IEC 61966-2-1).
-float Shown(float p_intensity) {
-    double const intensity = p_intensity;
-    return static_cast<float>(
-        intensity <= 0.0031308 ? 12.92 * intensity : 1.055 * std::pow(intensity, 1 / 2.4) - 0.055);
-}
-
-Color4f Shown(Color4f const& p_intensity) {
-    return {Shown(p_intensity.red), Shown(p_intensity.green), Shown(p_intensity.blue), p_intensity.alpha};
 }
 
 Matrix4 ToMatrix(aiMatrix4x4 const& p_matrix) {
@@ -93,18 +69,6 @@ std::string Phrase(std::string p_words) {
         p_words.pop_back();
     }
     return p_words;
-}
-
-/// The colour of a material. Opacity is kept apart by some formats and part of the colour in others; an opacity of nothing
-/// is what several exporters write for an opaque material.
-Color4f ColorOf(aiMaterial const& p_material) {
-    aiColor4D color(1, 1, 1, 1);
-    p_material.Get(AI_MATKEY_COLOR_DIFFUSE, color);
-    float opacity = 1;
-    if (color.a == 1 && p_material.Get(AI_MATKEY_OPACITY, opacity) == aiReturn_SUCCESS && opacity > 0) {
-        color.a = opacity;
-    }
-    return ToColor(color);
 }
 
 Ogl::Token KindOf(aiMesh const& p_mesh) {
@@ -178,26 +142,25 @@ std::vector<Vector3> ReadNormals(aiMesh const& p_mesh) {
     return normals;
 }
 
-Ogl::VertexData ReadVertices(aiMesh const& p_mesh) {
-    Ogl::VertexData vertices;
-    vertices.positions.reserve(p_mesh.mNumVertices);
-    for (aiVector3D const& position : std::span(p_mesh.mVertices, p_mesh.mNumVertices)) {
-        vertices.positions.push_back(ToVector(position));
+using TexCoords = std::vector<Types::Vector4_Base<float>>;
+
+/// A set of texture coordinates; empty when the mesh has none, or one that is not finite.
+TexCoords ReadTexCoords(
+    aiMesh const& p_mesh, std::size_t p_set, MaterialReader::TextureTransform const& p_transform = {}) {
+    TexCoords all;
+    if (p_set >= AI_MAX_NUMBER_OF_TEXTURECOORDS || !p_mesh.HasTextureCoords(static_cast<unsigned>(p_set))) {
+        return all;
     }
-    vertices.normals = ReadNormals(p_mesh);
-    if (p_mesh.HasVertexColors(0)) {
-        vertices.colors.reserve(p_mesh.mNumVertices);
-        for (aiColor4D const& color : std::span(p_mesh.mColors[0], p_mesh.mNumVertices)) {
-            vertices.colors.push_back(ToColor(color));
+    all.reserve(p_mesh.mNumVertices);
+    for (aiVector3D const& at : std::span(p_mesh.mTextureCoords[p_set], p_mesh.mNumVertices)) {
+        auto const& [s, t] = p_transform;
+        Vector3 const moved{s[0] * at.x + s[1] * at.y + s[2], t[0] * at.x + t[1] * at.y + t[2], at.z};
+        if (!Types::IsFinite(moved)) {
+            return {};
         }
+        all.emplace_back(moved.x, moved.y, moved.z, 1.0F);
     }
-    if (p_mesh.HasTextureCoords(0)) {
-        vertices.texCoords[0].reserve(p_mesh.mNumVertices);
-        for (aiVector3D const& at : std::span(p_mesh.mTextureCoords[0], p_mesh.mNumVertices)) {
-            vertices.texCoords[0].emplace_back(at.x, at.y, at.z, 1.0F);
-        }
-    }
-    return vertices;
+    return all;
 }
 
 } // namespace
@@ -240,6 +203,7 @@ void MeshFileReader::Read() {
         Report(0);
         aiScene const& scene = Import();
         _file._path = _path;
+        ReadMaterials(scene);
         ReadMeshes(scene);
         ReadNodes(scene);
         ReadBounds();
@@ -251,10 +215,19 @@ void MeshFileReader::Read() {
     } catch (std::exception const& failure) {
         FailImport(failure.what());
     }
+    WarnOfWhatIsMissing();
+}
+
+void MeshFileReader::WarnOfWhatIsMissing() const {
     if (_file._droppedPrimitives != 0) {
         Utility::GetLogger().warning("The model file \"" + _path.string() + "\" has " +
             std::to_string(_file._droppedPrimitives) +
             " primitives with infinite positions or with indices of no vertex; they are left out.");
+    }
+    if (_withoutCoordinates != 0) {
+        Utility::GetLogger().warning("The model file \"" + _path.string() + "\" has textures for " +
+            std::to_string(_withoutCoordinates) +
+            " meshes that have no texture coordinates, or infinite ones; these are shown without a texture.");
     }
 }
 
@@ -278,16 +251,20 @@ void MeshFileReader::CheckFile() const {
     CheckContent();
 }
 
-/// Files in the PLY format are looked through first: their importer does not survive every fault.
+/// Files in the PLY and glTF formats are looked through first: their importers do not survive every fault.
 void MeshFileReader::CheckContent() const {
-    std::ifstream stream(_path.string(), std::ios::binary);
-    std::string content(5, '\0');
-    stream.read(content.data(), 5);
-    if (!stream || !PlyCheck::IsPly(content)) {
-        return;
+    std::string fault;
+    if (GltfCheck::IsGltf(_path.string())) {
+        fault = GltfCheck::Examine(_path.string());
+    } else {
+        std::ifstream stream(_path.string(), std::ios::binary);
+        std::string content(5, '\0');
+        stream.read(content.data(), 5);
+        if (stream && PlyCheck::IsPly(content)) {
+            content.append(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+            fault = PlyCheck::Examine(content);
+        }
     }
-    content.append(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-    std::string const fault = PlyCheck::Examine(content);
     if (!fault.empty()) {
         Fail(_path, "it is damaged (" + Phrase(fault) + ")", "export it again");
     }
@@ -368,7 +345,7 @@ void MeshFileReader::ReadMeshes(aiScene const& p_scene) {
     bool any = false;
     _file._meshes.reserve(p_scene.mNumMeshes);
     for (unsigned i = 0; i < p_scene.mNumMeshes; ++i) {
-        _file._meshes.push_back(ReadMesh(p_scene, *p_scene.mMeshes[i]));
+        _file._meshes.push_back(ReadMesh(*p_scene.mMeshes[i]));
         any = any || _file._meshes.back().symbol;
         Report(ImporterShare + (1 - ImporterShare) * (i + 1) / p_scene.mNumMeshes);
         CheckStopped();
@@ -378,16 +355,27 @@ void MeshFileReader::ReadMeshes(aiScene const& p_scene) {
     }
 }
 
-MeshFile::MeshInfo MeshFileReader::ReadMesh(aiScene const& p_scene, aiMesh const& p_mesh) {
+void MeshFileReader::ReadMaterials(aiScene const& p_scene) {
+    _materialReader.emplace(_path, p_scene);
+    for (aiMaterial const* material : std::span(p_scene.mMaterials, p_scene.mNumMaterials)) {
+        _materials.push_back(_materialReader->Read(*material));
+    }
+    for (MaterialReader::Material& material : _materials) {
+        if (material.image && !_file._images.contains(*material.image)) {
+            _file._images[*material.image] = MaterialReader::BytesOf(*p_scene.mTextures[*material.image]);
+        }
+    }
+}
+
+MeshFile::MeshInfo MeshFileReader::ReadMesh(aiMesh const& p_mesh) {
     MeshFile::MeshInfo info;
     info.name = p_mesh.mName.C_Str();
-    if (p_mesh.mMaterialIndex < p_scene.mNumMaterials) {
-        aiMaterial const& material = *p_scene.mMaterials[p_mesh.mMaterialIndex];
-        aiString name;
-        material.Get(AI_MATKEY_NAME, name);
-        info.material = name.C_Str();
-        info.color = HasLinearColors(_path) ? Shown(ColorOf(material)) : ColorOf(material);
-    }
+    MaterialReader::Material const material =
+        p_mesh.mMaterialIndex < _materials.size() ? _materials[p_mesh.mMaterialIndex] : MaterialReader::Material();
+    info.material = material.name;
+    info.materialNumber = p_mesh.mMaterialIndex;
+    info.color = material.color;
+    info.surface = material.surface;
     Mesh mesh;
     if (p_mesh.mNumFaces != 0) {
         mesh.kind = KindOf(p_mesh);
@@ -401,11 +389,8 @@ MeshFile::MeshInfo MeshFileReader::ReadMesh(aiScene const& p_scene, aiMesh const
     if (mesh.indices.empty()) {
         return info;
     }
-    mesh.vertices = ReadVertices(p_mesh);
-    if (HasLinearColors(_path)) {
-        std::ranges::transform(
-            mesh.vertices.colors, mesh.vertices.colors.begin(), [](Color4f const& p_color) { return Shown(p_color); });
-    }
+    ReadVertices(p_mesh, mesh.vertices);
+    ReadTexture(p_mesh, material, info, mesh.vertices);
     if (mesh.kind == Ogl::Tokens::AGL_TRIANGLES && mesh.vertices.normals.empty()) {
         Normals::Generate(mesh);
     }
@@ -414,6 +399,36 @@ MeshFile::MeshInfo MeshFileReader::ReadMesh(aiScene const& p_scene, aiMesh const
     info.symbol.vertices = std::make_shared<Ogl::VertexBuffer const>(std::move(mesh.vertices));
     info.symbol.bounds = info.symbol.vertices->Bounds();
     return info;
+}
+
+void MeshFileReader::ReadVertices(aiMesh const& p_mesh, Ogl::VertexData& p_vertices) const {
+    p_vertices.positions.reserve(p_mesh.mNumVertices);
+    for (aiVector3D const& position : std::span(p_mesh.mVertices, p_mesh.mNumVertices)) {
+        p_vertices.positions.push_back(ToVector(position));
+    }
+    p_vertices.normals = ReadNormals(p_mesh);
+    if (p_mesh.HasVertexColors(0)) {
+        p_vertices.colors.reserve(p_mesh.mNumVertices);
+        for (aiColor4D const& color : std::span(p_mesh.mColors[0], p_mesh.mNumVertices)) {
+            p_vertices.colors.push_back(_materialReader->Shown(color));
+        }
+    }
+}
+
+/// Texture coordinates cost sixteen bytes a vertex and set, so they are kept where a texture needs them and nowhere
+/// else.
+void MeshFileReader::ReadTexture(aiMesh const& p_mesh, MaterialReader::Material const& p_material,
+    MeshFile::MeshInfo& p_info, Ogl::VertexData& p_vertices) {
+    if (p_info.surface.texture.empty()) {
+        return;
+    }
+    p_vertices.texCoords[0] = ReadTexCoords(p_mesh, p_material.coordinates, p_material.transform);
+    if (p_vertices.texCoords[0].empty()) {
+        p_info.surface.texture.clear();
+        ++_withoutCoordinates;
+        return;
+    }
+    p_vertices.texCoords[1] = ReadTexCoords(p_mesh, p_material.coordinates == 0 ? 1 : 0);
 }
 
 void MeshFileReader::ReadNodes(aiScene const& p_scene) {

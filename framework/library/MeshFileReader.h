@@ -1,11 +1,14 @@
 #pragma once
 
+#include "framework/library/MaterialReader.h"
 #include "framework/library/MeshFile.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 namespace Assimp {
 class Importer;
@@ -39,12 +42,17 @@ private:
     [[noreturn]] void FailImport(std::string const& p_words) const;
     void Clean(aiMesh& p_mesh);
     void ReadMeshes(aiScene const& p_scene);
-    MeshFile::MeshInfo ReadMesh(aiScene const& p_scene, aiMesh const& p_mesh);
+    void ReadMaterials(aiScene const& p_scene);
+    MeshFile::MeshInfo ReadMesh(aiMesh const& p_mesh);
+    void ReadVertices(aiMesh const& p_mesh, Ogl::VertexData& p_vertices) const;
+    void ReadTexture(aiMesh const& p_mesh, MaterialReader::Material const& p_material, MeshFile::MeshInfo& p_info,
+        Ogl::VertexData& p_vertices);
     void ReadNodes(aiScene const& p_scene);
     void ReadNode(aiNode const& p_node, std::uint32_t p_parent);
     void ReadBounds();
     void Report(double p_fraction);
     void CheckStopped() const;
+    void WarnOfWhatIsMissing() const;
 
     MeshFile& _file;
     qorfile::filepath _path;
@@ -52,6 +60,9 @@ private:
     double _reported = 0;
     bool _stopped = false;
     std::unique_ptr<Assimp::Importer> _importer;
+    std::optional<MaterialReader> _materialReader;
+    std::vector<MaterialReader::Material> _materials;
+    std::size_t _withoutCoordinates = 0; ///< meshes of a textured material
     std::unordered_set<aiMesh const*> _emptied; ///< had primitives, but no good ones
 };
 

@@ -2,12 +2,15 @@
 
 #include "framework/library/ModelFileError.h"
 #include "framework/library/Shapes.h"
+#include "framework/assets/ImageCache.h"
+#include "framework/assets/ImageError.h"
 #include "framework/utility/Ensure.h"
 
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -37,20 +40,24 @@ std::optional<Stamp> StampOf(std::string const& p_path) {
     return Stamp{static_cast<std::int64_t>(time.time_since_epoch().count()), failed ? 0 : bytes};
 }
 
-/// What "FILE" or "FILE#NUMBER" names.
+constexpr std::string_view MeshMark = "#";
+constexpr std::string_view ImageMark = "#*";
+
+/// What "FILE" or "FILE", a mark and a number name.
 struct Reference {
     std::string path;
-    std::optional<std::size_t> mesh;
+    std::optional<std::size_t> number;
 };
 
-Reference Parse(std::string const& p_file) {
-    std::size_t const mark = p_file.rfind('#');
-    if (mark == std::string::npos || mark + 1 == p_file.size() || StampOf(p_file)) {
+Reference Parse(std::string const& p_file, std::string_view p_mark) {
+    std::size_t const mark = p_file.rfind(p_mark);
+    std::size_t const digits = mark + p_mark.size();
+    if (mark == std::string::npos || digits >= p_file.size() || StampOf(p_file)) {
         return {p_file, std::nullopt};
     }
     std::size_t number = 0;
     char const* const end = p_file.data() + p_file.size();
-    auto const [stop, error] = std::from_chars(p_file.data() + mark + 1, end, number);
+    auto const [stop, error] = std::from_chars(p_file.data() + digits, end, number);
     if (stop != end || error == std::errc::invalid_argument) {
         return {p_file, std::nullopt};
     }
@@ -76,6 +83,7 @@ struct SymbolRegistry::FileEntry {
     Stamp stamp;
     std::weak_ptr<MeshFile const> file;
     WeakSymbol whole;
+    std::map<std::size_t, std::weak_ptr<QImage const>> images; ///< by number, so that nobody looks at their bytes again
     std::string failure; ///< of a file that could not be read
 
     bool IsUnused() const { return file.expired() && whole.IsUnused(); }
@@ -105,9 +113,9 @@ Symbol SymbolRegistry::Get(Shape p_shape) const {
 }
 
 Symbol SymbolRegistry::LoadModel(std::string const& p_file) const {
-    Reference const reference = Parse(p_file);
-    if (reference.mesh) {
-        return OpenModel(reference.path)->MeshSymbol(*reference.mesh);
+    Reference const reference = Parse(p_file, MeshMark);
+    if (reference.number) {
+        return OpenModel(reference.path)->MeshSymbol(*reference.number);
     }
     if (Symbol symbol = Entry(reference.path).whole.Lock()) {
         return symbol;
@@ -139,6 +147,30 @@ std::shared_ptr<MeshFile const> SymbolRegistry::OpenModel(
     }
 }
 
+std::shared_ptr<QImage const> SymbolRegistry::LoadImage(
+    std::string const& p_name, Assets::ImageCache const& p_images) const {
+    Reference const reference = Parse(p_name, ImageMark);
+    if (!reference.number) {
+        return p_images.Image(qorfile::filepath(p_name));
+    }
+    try {
+        if (auto image = Entry(reference.path).images[*reference.number].lock()) {
+            return image;
+        }
+        auto const file = OpenModel(reference.path);
+        std::span<std::byte const> const bytes = file->ImageBytes(*reference.number);
+        if (bytes.empty()) {
+            throw Assets::ImageError("Cannot load the image \"" + p_name +
+                "\": no texture of the model file refers to an image of that number; check the number.");
+        }
+        auto image = p_images.Image(p_name, bytes);
+        Entry(reference.path).images[*reference.number] = image;
+        return image;
+    } catch (ModelFileError const& failure) {
+        throw Assets::ImageError(failure.what());
+    }
+}
+
 /// What is known of a file, emptied when the file has changed. A file that is gone from the disk stays as it was.
 SymbolRegistry::FileEntry& SymbolRegistry::Entry(std::string const& p_path) const {
     std::string key = qorfile::filepath(p_path).absolute().string();
@@ -150,7 +182,7 @@ SymbolRegistry::FileEntry& SymbolRegistry::Entry(std::string const& p_path) cons
     }
     FileEntry& entry = found->second;
     if (stamp ? entry.stamp != *stamp : entry.IsUnused()) {
-        entry = FileEntry{stamp.value_or(Stamp()), {}, {}, {}};
+        entry = FileEntry{stamp.value_or(Stamp()), {}, {}, {}, {}};
     }
     return entry;
 }

@@ -11,6 +11,12 @@
 #include <memory>
 #include <string>
 
+class QImage;
+
+namespace Qor::Chart::Assets {
+class ImageCache;
+}
+
 namespace Qor::Chart::Library {
 
 /// Gives the buffers of symbols, by built-in shape or by model file, the same ones to everybody who asks. It keeps none
@@ -46,6 +52,12 @@ public:
     /// costs next to nothing: hold it until the nodes that use it had their first update. Throws `ModelFileError`.
     std::shared_ptr<MeshFile const> OpenModel(
         std::string const& p_file, MeshFile::Progress const& p_progress = {}) const;
+
+    /// The image that a texture shows, the same one to everybody for as long as somebody uses it. "FILE" is an image
+    /// file, as `Assets::ImageCache` takes it; "MODEL#*3" is the image number 3 that is part of a model file, counted
+    /// from 0. A path with "#" in it is taken as a whole when there is such a file. Throws `Assets::ImageError` with
+    /// one sentence when the image is missing or broken.
+    std::shared_ptr<QImage const> LoadImage(std::string const& p_name, Assets::ImageCache const& p_images) const;
 
 private:
     struct WeakSymbol;
