@@ -44,6 +44,7 @@ namespace Qor::Chart::Render {
 
 class EventDispatcher;
 class Vis;
+struct FrameStatistics;
 struct SceneCapabilities;
 
 /// What the draw and pick traversals hand down the tree. Its changeable values stand in sixteen stacks: a node writes
@@ -164,6 +165,10 @@ public:
     /// The host's number of the frame, 0 until it is set.
     std::uint32_t FrameNumber() const noexcept { return _frameNumber; }
     void SetFrameNumber(std::uint32_t p_number) noexcept { _frameNumber = p_number; }
+    /// What the frame before this one did in the same view, and how many of them there are a second by now; null when
+    /// there was none, and where the host does not measure.
+    FrameStatistics const* LastFrame() const noexcept { return _lastFrame; }
+    void SetLastFrame(FrameStatistics const* p_statistics) noexcept { _lastFrame = p_statistics; }
     /// By how many pixels a viewport is drawn away from its place in a per-viewport draw.
     Types::Vector2_Base<double> const& PerViewportOffset() const noexcept { return _perViewportOffset; }
     void SetPerViewportOffset(Types::Vector2_Base<double> const& p_pixels) noexcept { _perViewportOffset = p_pixels; }
@@ -204,6 +209,7 @@ private:
     Assets::Resource const* _resource;
     Assets::ImageCache const* _imageCache;
     std::uint32_t _frameNumber = 0;
+    FrameStatistics const* _lastFrame = nullptr;
     Types::Vector2_Base<double> _perViewportOffset;
     boost::shared_ptr<Ogl::Highlight> _highlighter;
     std::bitset<32> _flags;

@@ -5,9 +5,12 @@
 #include "framework/utility/Ensure.h"
 #include "framework/utility/Scoped.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace Qor::Chart::Render {
 
@@ -37,6 +40,20 @@ public:
         return _params->shader;
     }
 
+    /// The shader for other parameters, made in the same way. The last few are kept with the entry.
+    std::shared_ptr<Ogl::Shader const> operator()(Utility::Scoped<Ogl::Agl>& p_agl, State const& p_state) const {
+        if (!QOR_ENSURE(_factory))
+            return {};
+        for (Variant const& variant : _params->variants) {
+            if (variant.state == p_state && variant.maker == p_agl->Id())
+                return variant.shader;
+        }
+        if (_params->variants.size() == MaxVariants)
+            _params->variants.clear();
+        _params->variants.push_back({p_state, (*_factory)(p_agl, p_state), p_agl->Id()});
+        return _params->variants.back().shader;
+    }
+
     /// An entry that makes its shaders in the same way, with other parameters.
     ShaderStateEntry With(State p_state) const {
         ShaderStateEntry changed;
@@ -49,12 +66,20 @@ public:
     State const* Parameters() const noexcept { return _params ? &_params->state : nullptr; }
 
 private:
+    static constexpr std::size_t MaxVariants = 8;
+
+    struct Variant {
+        State state;
+        std::shared_ptr<Ogl::Shader const> shader;
+        std::uint64_t maker; ///< number of the graphics that made it
+    };
     struct ShaderParams {
         explicit ShaderParams(State p_state) : state(std::move(p_state)) {}
 
         State state;
         std::shared_ptr<Ogl::Shader const> shader;
         std::uint64_t maker = 0; ///< number of the graphics that made it
+        std::vector<Variant> variants;
     };
 
     std::shared_ptr<Factory const> _factory;

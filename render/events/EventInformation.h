@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -32,11 +33,26 @@ public:
         ModifierControl = 2,
         ModifierShift = 4,
     };
-    /// Values of `key` that nodes know; a letter has the code of its capital.
+    /// Values of `key` that nodes know; a letter or a digit has the code of its capital.
     enum KeyCode : int {
+        KeyNone = 0, ///< text alone, as an input method gives it
+        KeyBackspace = 8,
+        KeyTab = 9,
+        KeyReturn = 13,
         KeyEscape = 27, ///< ends a drag
+        KeySpace = 32,
+        KeyPageUp = 33,
+        KeyPageDown = 34,
+        KeyEnd = 35,
+        KeyHome = 36,
+        KeyLeft = 37,
+        KeyUp = 38,
+        KeyRight = 39,
+        KeyDown = 40,
+        KeyDelete = 46,
         KeyOrthographic = 79, ///< O
         KeyPerspective = 80, ///< P
+        KeySign = 256, ///< the key of a sign that is neither letter nor digit has this plus the code of the sign
     };
 
     /// @param p_sink  takes what the handler asks for; it outlives the call
@@ -48,7 +64,12 @@ public:
     std::uint32_t buttons = 0; ///< all buttons that are down, see ButtonMask
     std::uint32_t modifiers = 0; ///< see ModifierMask
     int key = 0; ///< the key that the event is about; 0 for pointer events
+    std::wstring text; ///< what the key press types, or what an input method gives for good; empty for most keys
+    /// What an input method is composing in place of the selection, empty when it gives that up; nothing when the event
+    /// says nothing of it.
+    std::optional<std::wstring> composition;
     double scroll = 0.0; ///< notches of the wheel, away from the user is positive
+    std::vector<HitRecord> const* hits = nullptr; ///< for a selection list: all that is under the pointer, best first
     boost::any dragged; ///< what is dragged in from outside, as the window gave it; empty otherwise
 
     /// The host, for what the handler wants of it.

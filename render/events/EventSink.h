@@ -16,6 +16,8 @@ namespace Qor::Chart::Render {
 
 class BoxSelection;
 class SelectRecord;
+class TextInputHost;
+class Vis;
 
 /// Opens windows for content that leaves its pane.
 class QOR_VIS_API PopOutHost {
@@ -36,6 +38,13 @@ public:
 /// What an event handler may ask of the host that sent the event.
 class QOR_VIS_API EventSink {
 public:
+    /// What becomes of the keys that a node has taken.
+    enum class FocusChange {
+        WindowLeft, ///< the user types elsewhere for now; the node still is who gets the window's keys
+        WindowEntered, ///< and again here
+        Lost, ///< another node took them, the user clicked elsewhere, or the node or the window goes
+    };
+
     virtual ~EventSink();
 
     /// Asks for another frame; requests that fall together make one frame.
@@ -52,6 +61,17 @@ public:
     virtual void EndHover(Core::WeakPtr<Model::ModelNode> const& p_node) = 0;
     /// Null where the host has no windows to open.
     virtual PopOutHost* GetPopOutHost() = 0;
+
+    // A host without keys does nothing here.
+
+    /// From now on keys and text go to a node first, wherever the pointer is. Who had them before is told. For a node
+    /// that has them already nothing happens.
+    /// @param p_changed  told what becomes of them, as long as the node lives; `Lost` comes once and is the last. May be empty
+    virtual void TakeFocus(Core::WeakPtr<Vis> const& p_node, std::function<void(FocusChange)> p_changed);
+    /// Gives the keys up, if the node has them.
+    virtual void LeaveFocus(Core::WeakPtr<Vis> const& p_node);
+    /// Null where the host has neither clipboard nor input method.
+    virtual TextInputHost* GetTextInputHost();
 
 protected:
     EventSink() = default;

@@ -6,6 +6,7 @@
 #include "framework/library/Geometry.h"
 #include "framework/ogl/Agl.h"
 #include "framework/ogl/PushAttribScope.h"
+#include "framework/ogl/TransparencyScope.h"
 #include "framework/utility/Logger.h"
 
 #include <QColor>
@@ -118,6 +119,7 @@ void RenderLoop::DrawRoot(Core::Ptr<Vis> const& p_root, DrawContext& p_context) 
     roots.emplace();
     _stackLimit = Utility::StackLimit::Current();
     _depth = 0;
+    Ogl::TransparencyScope const transparency(SortsTransparent() ? p_context.Graphics().Get() : nullptr);
     Draw(p_root, p_context, roots);
 }
 
@@ -133,7 +135,11 @@ bool RenderLoop::Draw(Core::Ptr<Vis> const& p_node, DrawContext& p_context, Cont
         ThrowTooDeep(_depth);
     ++_depth;
     try {
-        DrawNode(node, NeedsHandle(p_context) ? p_node : Core::Ptr<Vis>(), p_context, p_roots, stage);
+        Core::Ptr<Vis> const handle = NeedsHandle(p_context) ? p_node : Core::Ptr<Vis>();
+        if (node.IsFlagged(Vis::VisFlagContextRoot)) [[unlikely]]
+            DrawPane(node, handle, p_context, p_roots, stage);
+        else
+            DrawNode(node, handle, p_context, p_roots, stage);
     } catch (Core::TreeTooDeepExcept const&) {
         throw;
     } catch (...) {
@@ -141,6 +147,13 @@ bool RenderLoop::Draw(Core::Ptr<Vis> const& p_node, DrawContext& p_context, Cont
     }
     --_depth;
     return true;
+}
+
+/// What is transparent in a pane is sorted among itself.
+[[gnu::noinline]] void RenderLoop::DrawPane(Vis& p_node, Core::Ptr<Vis> const& p_handle, DrawContext& p_context,
+    ContextRootStack& p_roots, NodeScope::Stage const& p_stage) {
+    Ogl::TransparencyScope const transparency(SortsTransparent() ? p_context.Graphics().Get() : nullptr);
+    DrawNode(p_node, p_handle, p_context, p_roots, p_stage);
 }
 
 /// @param p_handle  for the delegates; empty where there are none
@@ -202,6 +215,11 @@ bool RenderLoop::IsFilteredOut(Vis const& p_node) const {
 
 bool RenderLoop::NeedsHandle(DrawContext const& p_context) const {
     return _preVisit || _postVisit || p_context.NodeFilter().Top();
+}
+
+/// Overlays have no depth, and what is highlighted lies on top.
+bool RenderLoop::SortsTransparent() const {
+    return IsBaseLayer(_layer) && _mode == DrawContext::DrawMode::Draw;
 }
 
 bool RenderLoop::DrawsBounds(DrawContext const& p_context) const {

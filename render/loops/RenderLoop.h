@@ -22,6 +22,10 @@ namespace Qor::Chart::Render {
 /// node's setup writes holds for the node and its subtree alone. What a node throws is reported, makes this node invalid
 /// and leaves out its subtree; the traversal goes on.
 ///
+/// The base draw pass sorts what is transparent: draws that `Ogl::Agl` is to put off wait until the context root that
+/// they are under, or the whole pass, is through; see `Ogl::Agl::BeginTransparency`. The order of the hooks stays what
+/// it is.
+///
 /// Per node, in this order: pre-visit delegate, check point, setup, the node's own drawing, its active children, teardown,
 /// post-visit delegate, restore. A loop object may be run any number of times.
 ///
@@ -72,12 +76,15 @@ private:
     bool Draw(Core::Ptr<Vis> const& p_node, DrawContext& p_context, ContextRootStack& p_roots);
     void DrawNode(Vis& p_node, Core::Ptr<Vis> const& p_handle, DrawContext& p_context, ContextRootStack& p_roots,
         NodeScope::Stage const& p_stage);
+    void DrawPane(Vis& p_node, Core::Ptr<Vis> const& p_handle, DrawContext& p_context, ContextRootStack& p_roots,
+        NodeScope::Stage const& p_stage);
     void DrawThis(DrawFunction p_draw, Vis& p_node, DrawContext& p_context, ContextRootStack& p_roots);
     bool CallDrawHook(DrawFunction p_draw, Vis& p_node, DrawContext& p_context, NodeScope::Stage const& p_stage);
     void DrawRoot(Core::Ptr<Vis> const& p_root, DrawContext& p_context);
 
     bool IsFilteredOut(Vis const& p_node) const;
     bool NeedsHandle(DrawContext const& p_context) const;
+    bool SortsTransparent() const;
     bool DrawsBounds(DrawContext const& p_context) const;
 
     DelegatesFunction CalculateDelegatesFunc() const;

@@ -3,13 +3,14 @@
 #include "framework/core/Reference.h"
 #include "framework/model/Group.h"
 #include "render/Export.h"
+#include "render/core/SelectsBelow.h"
 #include "render/core/Vis.h"
 
 namespace Qor::Chart::Render {
 
 /// The visual node of a group. Like that of a scene graph it has no look of its own: it holds the visual nodes of the
 /// group's children together, with their box and passes.
-class QOR_VIS_API Group : public Vis {
+class QOR_VIS_API Group : public Vis, public SelectsBelow {
 public:
     Group();
     ~Group() override;

@@ -25,24 +25,26 @@ bool LoadedSymbol::IsUpToDate(Model::Symbol const& p_source) const {
     return _file.empty() ? _shape == p_source.GetShape() : p_source.Time() < _confirmed;
 }
 
-std::shared_ptr<Ogl::Shader const> LoadedSymbol::Variant::Get(DrawContext::GenericShaderEntry const& p_context,
-    Ogl::GenericShader::State const& p_state, Utility::Scoped<Ogl::Agl>& p_agl) {
-    if (context.Parameters() != p_context.Parameters()) {
-        own = p_context.With(p_state);
-        context = p_context;
-    }
-    return own(p_agl);
-}
-
 std::shared_ptr<Ogl::Shader const> LoadedSymbol::Shader(
     DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const {
     using State = Ogl::GenericShader::State;
     DrawContext::GenericShaderEntry const& entry = p_context.Shader().Top();
     State const* const state = entry.Parameters();
-    if (!HasColors() || !state || state->Options()[State::VertexColors])
+    if (!state)
         return entry(p_agl);
+    bool const showsColors = HasColors() || state->Options()[State::VertexColors];
+    if (state->IsPlain()) {
+        if (showsColors == state->Options()[State::VertexColors])
+            return entry(p_agl);
+        return entry(p_agl, State(std::bitset<2>(state->Options()).set(State::VertexColors)));
+    }
+    Ogl::GenericShader::Look look = state->GetLook();
+    if (!HasTexCoords())
+        look.textures.reset();
     std::bitset<2> options = state->Options();
-    return _coloredShader.Get(entry, State(options.set(State::VertexColors)), p_agl);
+    options.set(State::VertexColors, showsColors && !look.hidesVertexColors);
+    State const wanted(options, look);
+    return wanted == *state ? entry(p_agl) : entry(p_agl, wanted);
 }
 
 std::shared_ptr<Ogl::Shader const> LoadedSymbol::FlatShader(
@@ -50,7 +52,20 @@ std::shared_ptr<Ogl::Shader const> LoadedSymbol::FlatShader(
     DrawContext::GenericShaderEntry const& entry = p_context.Shader().Top();
     if (!entry.Parameters())
         return entry(p_agl);
-    return _flatShader.Get(entry, Ogl::GenericShader::State(std::bitset<2>()), p_agl);
+    return entry(p_agl, Ogl::GenericShader::State(std::bitset<2>()));
+}
+
+std::shared_ptr<Ogl::PrimitiveBuffer const> const& LoadedSymbol::TwiceTexturedBuffer(
+    Utility::Scoped<Ogl::Agl>& p_agl) const {
+    if (_buffer->Info().flags[Ogl::AttributeInfo::TexCoord1] || !HasTexCoords())
+        return _buffer;
+    if (!_twiceTextured) {
+        Ogl::VertexData data = _buffer->Vertices()->Data();
+        data.texCoords[1] = data.texCoords[0];
+        _twiceTextured = p_agl->CreatePrimitiveBuffer(
+            _buffer->Indices(), std::make_shared<Ogl::VertexBuffer const>(std::move(data)));
+    }
+    return _twiceTextured;
 }
 
 } // namespace Qor::Chart::Render

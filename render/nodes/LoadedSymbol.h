@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace Qor::Chart::Render {
 
@@ -38,29 +39,30 @@ public:
     /// Whether the vertices have colours of their own.
     bool HasColors() const noexcept { return _buffer->Info().flags[Ogl::AttributeInfo::Color]; }
 
-    /// The shader of the context, with the colours of the vertices where the symbol has such.
+    /// Whether the vertices say where on a texture they lie.
+    bool HasTexCoords() const noexcept { return _buffer->Info().flags[Ogl::AttributeInfo::TexCoord0]; }
+
+    /// The shader of the context, with the colours of the vertices where the symbol has such and shows them, and with
+    /// the textures in force where it says where they lie.
     std::shared_ptr<Ogl::Shader const> Shader(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const;
     /// The same kind of shader in the current colour alone, whatever the vertices have; unlit while lighting is off.
     std::shared_ptr<Ogl::Shader const> FlatShader(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl) const;
 
+    /// What to draw with two textures: vertices without coordinates for the second one use those for the first.
+    std::shared_ptr<Ogl::PrimitiveBuffer const> const& TwiceTexturedBuffer(Utility::Scoped<Ogl::Agl>& p_agl) const;
+
+    /// True the first time: it is worth saying once that a symbol cannot show textures.
+    bool TakeTextureWarning() const noexcept { return !std::exchange(_isWarned, true); }
+
 private:
-    /// A shader that differs from that of the context in its options.
-    struct Variant {
-        DrawContext::GenericShaderEntry context; ///< what it was made of
-        DrawContext::GenericShaderEntry own;
-
-        std::shared_ptr<Ogl::Shader const> Get(DrawContext::GenericShaderEntry const& p_context,
-            Ogl::GenericShader::State const& p_state, Utility::Scoped<Ogl::Agl>& p_agl);
-    };
-
     std::shared_ptr<SymbolCache> _cache;
     std::string _file; ///< empty for a shape
     Model::SymbolShape _shape;
     mutable Core::TimeStamp _confirmed = Core::TimeStamp::Now();
     std::shared_ptr<Ogl::PrimitiveBuffer const> _buffer;
     Box _bounds;
-    mutable Variant _coloredShader;
-    mutable Variant _flatShader;
+    mutable std::shared_ptr<Ogl::PrimitiveBuffer const> _twiceTextured; ///< empty until it is needed
+    mutable bool _isWarned = false;
 };
 
 } // namespace Qor::Chart::Render

@@ -205,9 +205,10 @@ void SimpleObject::LoadShapeSymbol(UpdateContext const& p_context, Model::Simple
 }
 
 void SimpleObject::UpdateLook(UpdateContext const& p_context, Model::SimpleObject const& p_model) {
-    bool const hasOwnColor = p_model.IsSet(Model::SimpleObject::ColorProperty) || !_symbol || !_symbol->HasColors();
     _transform = GenTransform(p_context, p_model);
-    _color = hasOwnColor ? Types::Color4f(p_model.Color()) : Types::Color4f(1, 1, 1);
+    _namesColor = p_model.IsSet(Model::SimpleObject::ColorProperty);
+    bool const showsVertexColors = !_namesColor && _symbol && _symbol->HasColors();
+    _color = showsVertexColors ? Types::Color4f(1, 1, 1) : Types::Color4f(p_model.Color());
     _isFront = p_model.IsFront();
     _isVisibleBehindGeometry = p_model.IsVisibleBehindGeometry();
 }
@@ -233,25 +234,84 @@ void SimpleObject::DoTeardown(DrawContext const&, Agl& p_agl) {
 DrawResult SimpleObject::DoDraw(DrawContext const& p_context) {
     if (!_symbol)
         return DrawResultDescend;
+    Look const look = LookIn(p_context);
+    if (look.color.alpha <= 0)
+        return DrawResultDescend;
     Agl agl(p_context.Graphics());
     Ogl::Bind<Ogl::Shader> const shader(agl, _symbol->Shader(p_context, agl));
-    DrawSymbol(agl, _color);
+    DrawSymbol(agl, look);
     if (_isVisibleBehindGeometry && agl->Features().Supported(Ogl::DeviceFeature::PolygonStipple))
-        DrawBehindGeometry(agl);
+        DrawBehindGeometry(agl, look.color);
     return DrawResultDescend;
 }
 
-void SimpleObject::DrawSymbol(Agl& p_agl, Types::Color4f const& p_color) const {
-    bool const isOpaque = p_color.alpha >= 1.0F;
-    Ogl::PushAttribScope const saved(p_agl, isOpaque ? AGL_CURRENT_BIT : AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT);
-    if (!isOpaque)
-        BlendOver(p_agl);
-    p_agl->Color(p_color);
-    p_agl->Draw(_symbol->Buffer());
+SimpleObject::Look SimpleObject::LookIn(DrawContext const& p_context) const {
+    using AlphaMode = Ogl::GenericShader::AlphaMode;
+    Ogl::GenericShader::State const* const state = p_context.Shader().Top().Parameters();
+    if (!state || state->IsPlain())
+        return {_color, _color.alpha < 1};
+    Ogl::GenericShader::Look const& style = state->GetLook();
+    std::bitset<2> textures = style.textures;
+    if (textures.any() && !_symbol->HasTexCoords()) {
+        WarnOfTextures(p_context);
+        textures.reset();
+    }
+    Types::Color4f color = ColorUnder(style, textures.any());
+    bool const isBlended = style.alphaMode == AlphaMode::Automatic || style.alphaMode == AlphaMode::Blended;
+    color.alpha = isBlended ? color.alpha * style.opacity : style.opacity;
+    bool const letsThrough =
+        isBlended && (style.alphaMode == AlphaMode::Blended || (textures & style.translucentTextures).any());
+    return {color, color.alpha < 1 || letsThrough, textures};
 }
 
-void SimpleObject::DrawBehindGeometry(Agl& p_agl) const {
-    BehindGeometryLook const look = _isFront ? BehindGeometryLook{12, _color.alpha} : BehindGeometryLook{4, FaintAlpha};
+Types::Color4f SimpleObject::ColorUnder(Ogl::GenericShader::Look const& p_style, bool p_isTextured) const {
+    bool const showsVertexColors = _symbol->HasColors() && !p_style.hidesVertexColors;
+    if (_namesColor || showsVertexColors)
+        return _color;
+    if (p_isTextured)
+        return {1, 1, 1, 1};
+    return p_style.color.value_or(Types::Color4f(Model::SimpleObject::ColorProperty.Default()));
+}
+
+void SimpleObject::WarnOfTextures(DrawContext const& p_context) const {
+    if (!_symbol->TakeTextureWarning())
+        return;
+    p_context.Dispatcher().ReportWarning(*this,
+        "The symbol of \"" + Name() +
+            "\" has no texture coordinates, so that it is drawn without the texture of its render style; give its file "
+            "texture coordinates, or take it out of the style.",
+        Utility::AtLine(__PRETTY_FUNCTION__, __LINE__), 1);
+}
+
+void SimpleObject::DrawSymbol(Agl& p_agl, Look const& p_look) const {
+    if (!p_look.isTransparent && p_look.textures.none()) [[likely]] {
+        Ogl::PushAttribScope const saved(p_agl, AGL_CURRENT_BIT);
+        p_agl->Color(p_look.color);
+        p_agl->Draw(_symbol->Buffer());
+        return;
+    }
+    Ogl::Token const groups = AGL_CURRENT_BIT |
+        (p_look.isTransparent ? AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT : 0) |
+        (p_look.textures.any() ? AGL_TEXTURE_BIT : 0);
+    Ogl::PushAttribScope const saved(p_agl, groups);
+    if (p_look.isTransparent) {
+        BlendOver(p_agl);
+        p_agl->Enable(AGL_TRANSPARENCY);
+        p_agl->DepthMask(false);
+    }
+    for (std::size_t unit = 0; unit < p_look.textures.size(); ++unit) {
+        if (p_look.textures[unit]) {
+            p_agl->ActiveTexture(AGL_TEXTURE0 + static_cast<Ogl::Token>(unit));
+            p_agl->Enable(AGL_TEXTURE_2D);
+        }
+    }
+    p_agl->Color(p_look.color);
+    p_agl->Draw(p_look.textures[1] ? _symbol->TwiceTexturedBuffer(p_agl) : _symbol->Buffer());
+}
+
+void SimpleObject::DrawBehindGeometry(Agl& p_agl, Types::Color4f const& p_color) const {
+    BehindGeometryLook const look =
+        _isFront ? BehindGeometryLook{12, p_color.alpha} : BehindGeometryLook{4, FaintAlpha};
     {
         Ogl::PushAttribScope const saved(
             p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_ENABLE_BIT | AGL_POLYGON_STIPPLE_BIT);
@@ -259,7 +319,7 @@ void SimpleObject::DrawBehindGeometry(Agl& p_agl) const {
         BlendOver(p_agl);
         p_agl->Enable(AGL_POLYGON_STIPPLE);
         p_agl->PolygonStipple(Library::Pattern::PolygonStipplePattern(look.sixteenths).data());
-        p_agl->Color(_color.red, _color.green, _color.blue, look.alpha);
+        p_agl->Color(p_color.red, p_color.green, p_color.blue, look.alpha);
         p_agl->Draw(_symbol->Buffer());
     }
     p_agl->Disable(AGL_POLYGON_STIPPLE);
@@ -283,7 +343,7 @@ DrawResult SimpleObject::DoHighlight(DrawContext const& p_context) {
     Ogl::Highlight look = p_context.GetHighlighter();
     if (_selected && !isHovered)
         look = SelectionLook(p_context, look);
-    SymbolHighlight(look, _color, amount).Draw(p_context, agl, *_symbol);
+    SymbolHighlight(look, LookIn(p_context).color, amount).Draw(p_context, agl, *_symbol);
     return DrawResultDescend;
 }
 

@@ -4,12 +4,14 @@
 #include "framework/core/Reference.h"
 #include "framework/model/SharedMatrix.h"
 #include "framework/model/SimpleObject.h"
+#include "framework/ogl/GenericShader.h"
 #include "framework/types/Color4f.h"
 #include "render/Export.h"
 #include "render/anim/Blender.h"
 #include "render/core/Vis.h"
 #include "render/events/EventHandler.h"
 
+#include <bitset>
 #include <list>
 #include <memory>
 #include <string>
@@ -25,8 +27,9 @@ class LoadedSymbol;
 /// in the tree is placed relative to it.
 ///
 /// The colour is multiplied with those of the symbol's vertices where it has such; an object whose colour was never set
-/// shows these alone. Colours that are not opaque are blended with what was drawn before, in the order of the children: put
-/// transparent objects behind opaque ones in the list of children.
+/// shows these alone, or the textures of the render style above it, and else the foreground colour of that style.
+/// Objects that are not opaque, by their colour or by the style, are drawn after all opaque ones of their pane, the
+/// farthest first, wherever they stand in the tree; see docs/architecture.md.
 ///
 /// An object that is to be seen behind geometry is drawn a second time through a stipple pattern, whatever is in front
 /// of it: faintly, or densely when it is a front object. Devices without stipple leave that out.
@@ -73,14 +76,24 @@ private:
     void UpdateLook(UpdateContext const& p_context, Model::SimpleObject const& p_model);
     void Warn(UpdateContext const& p_context, std::string const& p_text, std::string const& p_location) const;
 
-    void DrawSymbol(Utility::Scoped<Ogl::Agl>& p_agl, Types::Color4f const& p_color) const;
-    void DrawBehindGeometry(Utility::Scoped<Ogl::Agl>& p_agl) const;
+    /// How the object looks in its place in the tree.
+    struct Look {
+        Types::Color4f color;
+        bool isTransparent;
+        std::bitset<2> textures = {}; ///< units that it shows
+    };
+    Look LookIn(DrawContext const& p_context) const;
+    Types::Color4f ColorUnder(Ogl::GenericShader::Look const& p_style, bool p_isTextured) const;
+    void WarnOfTextures(DrawContext const& p_context) const;
+    void DrawSymbol(Utility::Scoped<Ogl::Agl>& p_agl, Look const& p_look) const;
+    void DrawBehindGeometry(Utility::Scoped<Ogl::Agl>& p_agl, Types::Color4f const& p_color) const;
 
     Core::WeakRef<Model::SimpleObject> _model;
     Core::ModificationWatcherList _watchers; ///< over the model and its symbol
     Model::SharedMatrix _transform;
     std::shared_ptr<LoadedSymbol const> _symbol; ///< empty while there is none that can be drawn
     Types::Color4f _color;
+    bool _namesColor = false; ///< the model's colour was set
     std::unique_ptr<FloatAnimation> _pulse; ///< goes between 0 and 0.5; null while the object does not pulse
     bool _hovered = false; ///< the pointer is over the object, as far as the host was told
     bool _selected = false;

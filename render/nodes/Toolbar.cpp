@@ -121,7 +121,7 @@ ToolbarPainter::Look Toolbar::LookOf(std::size_t p_button) const {
 
 std::optional<std::size_t> Toolbar::TipButton() const {
     std::optional<std::size_t> const button = ButtonOf(_hovered, _layout.buttons.size());
-    return _isTipShown && button && !_buttons[*button].tip.empty() ? button : std::nullopt;
+    return _tip.IsShown() && button && !_buttons[*button].tip.empty() ? button : std::nullopt;
 }
 
 DrawResult Toolbar::DoDrawOverlay(DrawContext const& p_context) {
@@ -192,8 +192,7 @@ bool Toolbar::IsOverDragged(EventInformation const& p_event) const {
 /// The tip of what was under the pointer, shown or waited for, is gone with it.
 void Toolbar::Hover(std::uint64_t p_name) {
     _hovered = p_name;
-    _isTipShown = false;
-    ++_tipNumber;
+    _tip.Hide();
 }
 
 void Toolbar::Refresh() {
@@ -206,12 +205,7 @@ Event::Result Toolbar::OnMouseOver(EventInformation& p_event) {
         return Event::Ignored;
     Hover(part->name);
     p_event.Sink().RequestRedraw();
-    p_event.CallLater(TipMilliseconds, [this, number = _tipNumber] {
-        if (number != _tipNumber)
-            return;
-        _isTipShown = true;
-        Refresh();
-    });
+    _tip.Await(p_event, [this] { Refresh(); });
     return Event::Consumed;
 }
 
@@ -246,8 +240,7 @@ void Toolbar::Execute(EventInformation& p_event, Core::Ptr<Model::Action> const&
 Event::Result Toolbar::OnClick(EventInformation& p_event) {
     if (!IsPrimaryHit(p_event))
         return Event::Ignored;
-    _isTipShown = false;
-    ++_tipNumber;
+    _tip.Hide(p_event);
     Execute(p_event, ActionOf(p_event));
     return Event::Consumed;
 }

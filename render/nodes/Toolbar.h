@@ -8,8 +8,10 @@
 #include "framework/types/XPosition.h"
 #include "framework/types/YPosition.h"
 #include "render/Export.h"
+#include "render/core/SelectsBelow.h"
 #include "render/core/Vis.h"
 #include "render/events/EventHandler.h"
+#include "render/nodes/ToolTip.h"
 #include "render/nodes/ToolbarButton.h"
 #include "render/nodes/ToolbarLayout.h"
 #include "render/nodes/ToolbarPainter.h"
@@ -37,10 +39,8 @@ namespace Qor::Chart::Render {
 ///
 /// The position counts in pixels of the device; buttons, texts and gaps grow with the pixel ratio. Without its model,
 /// or while that is not visible, the node shows nothing and is not hit.
-class QOR_VIS_API Toolbar : public Vis, public EventHandler {
+class QOR_VIS_API Toolbar : public Vis, public EventHandler, public SelectsBelow {
 public:
-    /// How long the pointer rests on a button until the tool tip comes.
-    static constexpr int TipMilliseconds = 600;
     /// How long a button looks pressed after a click.
     static constexpr int PressMilliseconds = 120;
 
@@ -104,8 +104,7 @@ private:
     Rectangle _pane; ///< of the last setup, in pixels of the window
 
     std::uint64_t _hovered = Ogl::HitRecord::NameInvalid; ///< the name of the part under the pointer
-    bool _isTipShown = false;
-    unsigned _tipNumber = 0; ///< counted up when the tip that is waited for is no longer wanted
+    ToolTip _tip;
     WeakAction _pressed; ///< its button looks pressed
     unsigned _pressNumber = 0;
 

@@ -1,7 +1,7 @@
 #include "render/nodes/ToolbarPainter.h"
 
+#include "render/nodes/OverlayShapes.h"
 #include "render/context/DrawContext.h"
-#include "render/context/SceneCapabilities.h"
 #include "framework/library/Box.h"
 #include "framework/library/TexturedQuad.h"
 #include "framework/ogl/Agl.h"
@@ -27,45 +27,10 @@ constexpr float LabelPadding = 4;
 constexpr float TipPadding = 4;
 constexpr float WidestTip = 300;
 
-constexpr int CheckedAlpha = 90;
-constexpr int HoveredAlpha = 60;
-constexpr int PressedAlpha = 170;
-constexpr int DisabledImageAlpha = 90;
-
-QColor WithAlpha(QColor p_color, int p_alpha) {
-    p_color.setAlpha(p_alpha);
-    return p_color;
-}
-
-/// A frame along the inside of a rectangle, and what is in it.
-void DrawBox(DrawContext const& p_context, Rectangle p_place, QColor const& p_outline, QColor const& p_fill) {
-    p_place.width -= 1;
-    p_place.height -= 1;
-    Library::Box const box(p_outline, p_fill);
-    box(p_context.Graphics(), p_place);
-}
-
-Rectangle Inset(Rectangle p_place, float p_x, float p_y) {
-    return {p_place.x + p_x, p_place.y + p_y, std::max(p_place.width - 2 * p_x, 0.0F),
-        std::max(p_place.height - 2 * p_y, 0.0F)};
-}
-
-/// What a button shows is as large as the button allows, in its own proportions.
-Rectangle Fitted(Library::Texture const& p_texture, Rectangle const& p_place) {
-    auto const width = static_cast<float>(std::max(p_texture.Width(), 1));
-    auto const height = static_cast<float>(std::max(p_texture.Height(), 1));
-    float const scale = std::min(p_place.width / width, p_place.height / height);
-    float const x = std::round((p_place.width - width * scale) / 2);
-    float const y = std::round((p_place.height - height * scale) / 2);
-    return Inset(p_place, x, y);
-}
-
 } // namespace
 
 ToolbarPainter::ToolbarPainter(DrawContext const& p_context, Ogl::Text& p_text)
-    : _context(p_context), _text(p_text), _ratio(p_context.Capabilities().pixelRatio) {
-    if (!(_ratio > 0) || !std::isfinite(_ratio))
-        _ratio = 1;
+    : _context(p_context), _text(p_text), _ratio(OverlayShapes::PixelRatio(p_context)) {
     _text.SetSize(static_cast<float>(std::max(p_context.Schema().Top().fontSize, 1)));
     _text.SetPixelRatio(_ratio);
 }
@@ -91,7 +56,7 @@ Types::Size ToolbarPainter::TipSize(std::wstring const& p_tip, Types::Size const
 
 void ToolbarPainter::DrawBar(ToolbarLayout const& p_layout) const {
     Types::Schema const& schema = _context.Schema().Top();
-    DrawBox(_context, p_layout.bar, schema.borderColor, schema.titleColor);
+    OverlayShapes::DrawFrame(_context, p_layout.bar, schema.borderColor, schema.titleColor);
     if (p_layout.handle.IsEmpty())
         return;
     float const line = ToolbarLayout::Scaled(1, _ratio);
@@ -104,42 +69,32 @@ void ToolbarPainter::DrawBar(ToolbarLayout const& p_layout) const {
     }
 }
 
-void ToolbarPainter::DrawGround(ToolbarButton const& p_button, Rectangle const& p_place, Look p_look) const {
-    Types::Schema const& schema = _context.Schema().Top();
-    if (p_button.isChecked) {
-        QColor const& color = p_button.isEnabled ? schema.selectionColor : schema.disabledColor;
-        DrawBox(_context, p_place, color, WithAlpha(color, CheckedAlpha));
-    }
-    if (p_look == Look::Idle || !p_button.isEnabled)
-        return;
-    int const alpha = p_look == Look::Pressed ? PressedAlpha : HoveredAlpha;
-    DrawBox(_context, p_place, schema.highlightColor, WithAlpha(schema.highlightColor, alpha));
-}
-
 void ToolbarPainter::DrawButton(ToolbarButton const& p_button, Rectangle const& p_place, Look p_look) const {
     Types::Schema const& schema = _context.Schema().Top();
-    DrawGround(p_button, p_place, p_look);
+    bool const isPressed = p_look == Look::Pressed;
+    OverlayShapes::DrawButtonGround(
+        _context, p_place, {p_button.isEnabled, p_button.isChecked, p_look == Look::Hovered, isPressed ? 1.0F : 0.0F});
     Rectangle place = p_place;
-    if (p_look == Look::Pressed && p_button.isEnabled)
+    if (isPressed && p_button.isEnabled)
         place.Translate(ToolbarLayout::Scaled(1, _ratio), -ToolbarLayout::Scaled(1, _ratio));
     QColor const& color = p_button.isEnabled ? schema.textColor : schema.disabledColor;
     if (!p_button.texture) {
         DrawText(p_button.label, place, color);
         return;
     }
-    Library::TexturedQuad quad(Fitted(*p_button.texture, place));
+    Library::TexturedQuad quad(OverlayShapes::Fitted(*p_button.texture, place));
     if (p_button.isSign)
         quad.SetColor(color);
     else if (!p_button.isEnabled)
-        quad.SetColor(WithAlpha(Qt::white, DisabledImageAlpha));
+        quad.SetColor(OverlayShapes::WithAlpha(Qt::white, OverlayShapes::DisabledImageAlpha));
     quad(_context.Graphics(), *p_button.texture);
 }
 
 void ToolbarPainter::DrawTip(std::wstring const& p_tip, Rectangle const& p_place) const {
     Types::Schema const& schema = _context.Schema().Top();
-    DrawBox(_context, p_place, schema.borderColor, schema.titleColor);
+    OverlayShapes::DrawFrame(_context, p_place, schema.borderColor, schema.titleColor);
     float const padding = ToolbarLayout::Scaled(TipPadding, _ratio);
-    DrawText(p_tip, Inset(p_place, padding, padding), schema.textColor);
+    DrawText(p_tip, OverlayShapes::Inset(p_place, padding, padding), schema.textColor);
 }
 
 void ToolbarPainter::DrawText(std::wstring const& p_text, Rectangle const& p_place, QColor const& p_color) const {

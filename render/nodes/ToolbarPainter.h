@@ -47,7 +47,6 @@ public:
     void DrawTip(std::wstring const& p_tip, Rectangle const& p_place) const;
 
 private:
-    void DrawGround(ToolbarButton const& p_button, Rectangle const& p_place, Look p_look) const;
     void DrawText(std::wstring const& p_text, Rectangle const& p_place, QColor const& p_color) const;
 
     DrawContext const& _context;

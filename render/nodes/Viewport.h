@@ -11,6 +11,7 @@
 #include "render/Export.h"
 #include "render/anim/Blender.h"
 #include "render/core/PaneMarker.h"
+#include "render/core/SelectsBelow.h"
 #include "render/core/Vis.h"
 #include "render/events/EventHandler.h"
 #include "render/events/EventSink.h"
@@ -35,7 +36,7 @@ namespace Qor::Chart::Render {
 ///
 /// Over its scene a pane draws a border, a title bar that slides in while the pointer is on it, two buttons and four
 /// grips, as far as the model wants them. All of that is drawn when the overlay highlight pass leaves the pane.
-class QOR_VIS_API Viewport : public Vis, public EventHandler, public PaneMarker {
+class QOR_VIS_API Viewport : public Vis, public EventHandler, public PaneMarker, public SelectsBelow {
 public:
     /// What the pointer can find of a pane: the names in its hit records. The inside of a pane that is background pickable
     /// has the name `Ogl::HitRecord::NameDefault`.
