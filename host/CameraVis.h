@@ -2,12 +2,13 @@
 
 #include "framework/core/Reference.h"
 #include "host/CameraNode.h"
+#include "render/core/SelectsBelow.h"
 #include "render/core/Vis.h"
 
 namespace Qor::Chart::Host {
 
 /// The visual node of a camera: it hands the camera down to the panes below it and draws nothing.
-class CameraVis : public Render::Vis {
+class CameraVis : public Render::Vis, public Render::SelectsBelow {
 public:
     explicit CameraVis(Core::Ptr<Model::ModelNode> const& p_model);
 

@@ -106,6 +106,8 @@ EventInformation InformationOf(InputEvent const& p_input, Render::EventSink& p_s
     information.buttons = p_input.buttons;
     information.modifiers = p_input.modifiers;
     information.key = p_input.key;
+    information.text = p_input.text;
+    information.composition = p_input.composition;
     information.scroll = p_input.scroll;
     information.dragged = p_input.dragged;
     return information;
@@ -142,6 +144,7 @@ Result EventCaller::Call(EventTarget const& p_receiver, EventName p_event, Input
     if (!handler)
         return {};
     EventInformation information = InformationOf(p_input, _sink, p_receiver.hit);
+    information.hits = p_receiver.hits;
     try {
         Result const result =
             p_target ? Drop(*handler, p_event, information, {*p_target, p_hint}) : Ask(*handler, p_event, information);

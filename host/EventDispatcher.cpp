@@ -5,6 +5,7 @@
 #include "framework/qordebug/highrestimer.h"
 #include "framework/utility/Ensure.h"
 #include "framework/utility/Logger.h"
+#include "framework/utility/Readable.h"
 #include "render/core/Vis.h"
 
 #include <algorithm>
@@ -47,12 +48,12 @@ boost::shared_ptr<Render::EventDispatcher> EventDispatcher::DispatcherOf(Core::W
 }
 
 void EventDispatcher::ReportException(std::string const& p_text, std::string const& p_location) {
-    Take({Report::Kind::Exception, 2, p_text, p_location, 1});
+    Take({Report::Kind::Exception, 2, Utility::Readable(p_text), p_location, 1});
 }
 
 void EventDispatcher::ReportWarning(
     Render::Vis const& p_node, std::string const& p_text, std::string const& p_location, int p_level) {
-    Take({Report::Kind::Warning, p_level, TextOf(p_node, p_text), p_location, 1});
+    Take({Report::Kind::Warning, p_level, Utility::Readable(TextOf(p_node, p_text)), p_location, 1});
 }
 
 void EventDispatcher::Take(Report p_report) {

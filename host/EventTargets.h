@@ -15,6 +15,7 @@ namespace Qor::Chart::Host {
 struct EventTarget {
     Core::WeakPtr<Render::Vis> node;
     Render::HitRecord const* hit = nullptr; ///< null for a node around the hits that was not hit itself
+    std::vector<Render::HitRecord> const* hits = nullptr; ///< all that is under the pointer, for a selection list
 
     /// Of the part of the node that was hit best; `NameInvalid` when nothing was.
     std::uint64_t Name() const noexcept {
@@ -39,6 +40,12 @@ public:
 
     /// Puts a node around the place at the end, unless it is among them or the handle is empty.
     void AddRoot(Core::WeakPtr<Render::Vis> const& p_root);
+
+    /// Takes those out for which a condition holds.
+    template <class Condition>
+    void RemoveIf(Condition const& p_condition) {
+        std::erase_if(_targets, p_condition);
+    }
 
     /// Null when the node is none of them.
     EventTarget const* Find(Core::WeakPtr<Render::Vis> const& p_node) const noexcept;

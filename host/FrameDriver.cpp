@@ -8,6 +8,7 @@
 #include "host/TreeGuard.h"
 #include "render/loops/UpdateLoop.h"
 #include "render/loops/UpdateNodePathLoop.h"
+#include "render/nodes/SelectionLists.h"
 
 #include <utility>
 
@@ -45,26 +46,41 @@ FrameDriver::FrameDriver(Scene& p_scene)
 void FrameDriver::Update() {
     _statistics.visited = 0;
     _statistics.updated = 0;
-    Core::Ptr<Render::Vis> const root = _scene.Visual();
+    _statistics.updateMilliseconds = 0;
+    _statistics.pathMilliseconds = 0;
     _scene.Dispatcher().TakeUpdateRequest();
     GuardTree([&] {
-        StopWatch watch;
-        Render::UpdateContext const context = _scene.MakeUpdateContext();
-        Render::UpdateLoop()(root, context, _statistics.visited, _statistics.updated);
-        _statistics.updateMilliseconds = watch.Lap();
-        Render::UpdateNodePathLoop()(root);
-        _statistics.pathMilliseconds = watch.Lap();
+        auto lists = Render::SelectionLists::Of(_scene.Registrar());
+        if (lists)
+            lists->Show();
+        UpdateTree();
+        if (!lists) // the first one may just have come
+            lists = Render::SelectionLists::Of(_scene.Registrar());
+        if (lists && lists->Show()) // on what has just come, and no longer for lists that have gone
+            UpdateTree();
     });
     _scene.Dispatcher().DeliverEvents();
+}
+
+void FrameDriver::UpdateTree() {
+    Core::Ptr<Render::Vis> const root = _scene.Visual();
+    StopWatch watch;
+    Render::UpdateContext const context = _scene.MakeUpdateContext();
+    Render::UpdateLoop()(root, context, _statistics.visited, _statistics.updated);
+    _statistics.updateMilliseconds += watch.Lap();
+    Render::UpdateNodePathLoop()(root);
+    _statistics.pathMilliseconds += watch.Lap();
 }
 
 void FrameDriver::Draw(Camera const& p_camera, Types::Viewport<0> const& p_viewport) {
     ++_statistics.frame;
     _statistics.passes = {};
     _statistics.finishMilliseconds = 0;
+    _statistics.framesPerSecond = 0;
     _statistics.graphics = {};
     if (p_viewport.IsEmpty())
         return;
+    _statistics.framesPerSecond = _lastFrame.framesPerSecond = _rate.Begin();
 
     Utility::Scoped<Ogl::Agl> agl{Utility::Unscoped<Ogl::Agl>(_scene.Graphics())};
     agl->ResetStatistics();
@@ -80,12 +96,15 @@ void FrameDriver::Draw(Camera const& p_camera, Types::Viewport<0> const& p_viewp
     agl->EndFrame();
     _statistics.finishMilliseconds = watch.Lap();
     _statistics.graphics = agl->GetStatistics();
+    _lastFrame = _statistics;
+    _rate.End();
 }
 
 void FrameDriver::DrawPasses(Camera const& p_camera, Types::Viewport<0> const& p_viewport) {
     Ogl::PushAttribScope const saved(_scene.Graphics(), AGL_ALL_ATTRIB_BITS);
     DrawContext draw = _scene.MakeDrawContext(DrawContext::DrawMode::Draw);
     draw.SetFrameNumber(_statistics.frame);
+    draw.SetLastFrame(_lastFrame.frame > 0 ? &_lastFrame : nullptr);
     draw.SetShowBounds(_showBounds);
     _view.Prepare(p_camera, p_viewport, draw);
     ClearTarget();

@@ -4,6 +4,7 @@
 #include "framework/types/Viewport.h"
 #include "host/Camera.h"
 #include "host/Export.h"
+#include "host/FrameRate.h"
 #include "host/FrameStatistics.h"
 #include "host/View.h"
 #include "render/context/DrawContext.h"
@@ -16,8 +17,9 @@ namespace Qor::Chart::Host {
 class Scene;
 
 /// Runs the frames of a scene: it updates the visual tree, gives new nodes their paths, delivers the events that were
-/// raised meanwhile, and draws base draw, base highlight, overlay draw and overlay highlight. It counts and measures each
-/// stage. Nothing that a node does stops a frame; it is reported to the scene's dispatcher.
+/// raised meanwhile, and draws base draw, base highlight, overlay draw and overlay highlight. It counts and measures
+/// each stage, and hands the figures of its last frame to the nodes with the draw context. Nothing that a node does
+/// stops a frame; it is reported to the scene's dispatcher.
 ///
 ///     Host::FrameDriver driver(scene);
 ///     driver.Update();
@@ -29,8 +31,8 @@ class QOR_HOST_API FrameDriver {
 public:
     explicit FrameDriver(Scene& p_scene);
 
-    /// Brings the visual tree up to date. Events are delivered afterwards; what their listeners change in the model is taken
-    /// up by the next update.
+    /// Brings the visual tree up to date, with what is selected in it. Events are delivered afterwards; what their
+    /// listeners change in the model is taken up by the next update.
     /// @throws HostError when the visual tree contains itself or is too deep
     void Update();
 
@@ -55,6 +57,7 @@ public:
     Types::Matrix4 const& SceneToDevice() const noexcept { return _view.SceneToDevice(); }
 
 private:
+    void UpdateTree();
     void DrawPasses(Camera const& p_camera, Types::Viewport<0> const& p_viewport);
     void ClearTarget();
     void RunPass(FrameStatistics::PassName p_pass, Render::DrawContext& p_context);
@@ -63,6 +66,8 @@ private:
     View _view;
     std::array<Render::RenderLoop, FrameStatistics::PassCount> _loops;
     FrameStatistics _statistics;
+    FrameStatistics _lastFrame; ///< as the nodes see it
+    FrameRate _rate;
     bool _showBounds = false;
 };
 

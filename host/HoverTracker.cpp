@@ -3,6 +3,7 @@
 #include "framework/qordebug/highrestimer.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace Qor::Chart::Host {
@@ -13,6 +14,11 @@ std::optional<std::uint64_t> HoverTracker::Entry::Due(std::uint64_t p_lastEvent)
     if (timeOut <= 0 || !isOver || node.Expired())
         return std::nullopt;
     return p_lastEvent + static_cast<std::uint64_t>(timeOut) * 1'000'000;
+}
+
+bool HoverTracker::Entry::IsHeld(Types::Pos const& p_position) const noexcept {
+    auto const distance = [](int p_a, int p_b) { return std::abs(std::int64_t{p_a} - p_b); };
+    return heldAt && std::max(distance(heldAt->x, p_position.x), distance(heldAt->y, p_position.y)) < heldFor;
 }
 
 HoverTracker::Entry* HoverTracker::Find(EventTarget const& p_target) {
@@ -49,11 +55,13 @@ void HoverTracker::LeaveWhere(EventTargets const& p_targets, InputEvent const& p
 
 void HoverTracker::Update(EventTargets const& p_targets, InputEvent const& p_input, bool p_isMove) {
     LeaveWhere(p_targets, p_input, [&](Entry const& p_entry) {
+        if (p_entry.heldAt)
+            return !p_entry.IsHeld(p_input.position);
         EventTarget const* const target = p_targets.Find(p_entry.node);
         return !target || !target->IsSamePart(p_entry.node, p_entry.name);
     });
     for (Entry& entry : _entries)
-        entry.isReached = false;
+        entry.isReached = entry.heldAt.has_value();
     for (EventTarget const& target : p_targets) {
         Entry* entry = Find(target);
         if (!entry && _caller.Wants(target.node, EventHandler::EventMouseOver)) {
@@ -70,6 +78,22 @@ void HoverTracker::Update(EventTargets const& p_targets, InputEvent const& p_inp
             break;
     }
     LeaveWhere(p_targets, p_input, [](Entry const& p_entry) { return !p_entry.isReached; });
+}
+
+void HoverTracker::LeaveAll(InputEvent const& p_input) {
+    for (Entry& entry : _entries)
+        entry.heldAt.reset();
+    Update(EventTargets(), p_input, false);
+}
+
+void HoverTracker::Hold(Core::WeakPtr<Render::Vis> const& p_node, InputEvent const& p_input, int p_pixels) {
+    auto found =
+        std::ranges::find_if(_entries, [&](Entry const& p_entry) { return p_entry.heldAt && p_entry.node == p_node; });
+    if (found == _entries.end())
+        found = _entries.insert(_entries.end(), Entry{p_node, Ogl::HitRecord::NameInvalid});
+    found->isOver = true;
+    found->heldAt = p_input.position;
+    found->heldFor = p_pixels;
 }
 
 void HoverTracker::Ensure(EventTarget const& p_target, InputEvent const& p_input) {

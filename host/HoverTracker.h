@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/core/WeakPtr.h"
+#include "framework/types/Pos.h"
 #include "host/EventCaller.h"
 #include "host/EventTargets.h"
 #include "host/InputEvent.h"
@@ -23,7 +24,11 @@ public:
     /// @param p_isMove  whether the pointer has moved, and not what is under it
     void Update(EventTargets const& p_targets, InputEvent const& p_input, bool p_isMove);
     /// The pointer is over nothing.
-    void LeaveAll(InputEvent const& p_input) { Update(EventTargets(), p_input, false); }
+    void LeaveAll(InputEvent const& p_input);
+
+    /// The pointer counts as over a node that is not under it, as long as it stays closer to its present place than
+    /// this.
+    void Hold(Core::WeakPtr<Render::Vis> const& p_node, InputEvent const& p_input, int p_pixels);
 
     /// Enters a node for a drag that it may begin, unless it is entered already.
     void Ensure(EventTarget const& p_target, InputEvent const& p_input);
@@ -48,7 +53,10 @@ private:
         bool hasOut = false; ///< wanted to know when the pointer goes when it came
         bool isReached = false;
         int timeOut = 0; ///< milliseconds, 0 for none
+        std::optional<Types::Pos> heldAt = std::nullopt; ///< for a node that need not be under the pointer
+        int heldFor = 0; ///< pixels
 
+        bool IsHeld(Types::Pos const& p_position) const noexcept;
         std::optional<std::uint64_t> Due(std::uint64_t p_lastEvent) const noexcept;
     };
 

@@ -24,6 +24,12 @@ namespace Qor::Chart::Host {
 /// that show the same mesh share one symbol, which names the mesh as in "car.glb#12". A node that holds nothing but one
 /// mesh becomes that object itself.
 ///
+/// Materials with a texture or with transparency become render styles of their name, which stand between a group and
+/// those of its objects that are made of them, one for each group and material: "car.glb" / "door" / "glass" /
+/// "window". Opacity is the style's, so that the object's colour is solid. A textured object is white unless its
+/// material has a colour, too. Of see-through material that is made to be seen from the front the back faces are left
+/// out.
+///
 /// The importer keeps the files that it read in memory: keep it until the first update, so that no file is read twice.
 class QOR_HOST_API Importer {
 public:
@@ -35,6 +41,7 @@ public:
         Core::Ptr<Model::Group> root; ///< named after the file
         std::size_t groups = 0; ///< the root included
         std::size_t objects = 0;
+        std::size_t styles = 0; ///< of textured and of transparent materials
         std::size_t triangles = 0; ///< of all objects together
         std::size_t lines = 0;
         std::size_t points = 0;

@@ -53,10 +53,14 @@ InputDispatcher::InputDispatcher(Scene& p_scene)
     , _picker(p_scene)
     , _caller(p_scene, *this, _timers)
     , _hover(_caller)
-    , _press(_caller, _hover, _callbacks)
-    , _drops(_caller) {}
+    , _selection(p_scene, _caller, _hover, _window)
+    , _press(_caller, _hover, _selection, _callbacks)
+    , _drops(_caller)
+    , _focus(p_scene, _caller) {}
 
-InputDispatcher::~InputDispatcher() = default;
+InputDispatcher::~InputDispatcher() {
+    _focus.End();
+}
 
 void InputDispatcher::SetPopOutHost(Render::PopOutHost* p_host) noexcept {
     _popOutHost = p_host;
@@ -97,6 +101,7 @@ void InputDispatcher::Run(Input const& p_input) {
     p_input();
     _hover.SetTimeOuts(_caller.TakeTimeOuts());
     EndHoverOfDead();
+    _focus.EndOfGone();
     Settle(root, before);
 }
 
@@ -180,10 +185,11 @@ void InputDispatcher::GoOutside() {
     _hover.LeaveAll(Now());
 }
 
-std::vector<Render::HitRecord> InputDispatcher::PickAt(Render::PickPoint const& p_point) {
+template <class Where>
+std::vector<Render::HitRecord> InputDispatcher::PickAt(Where const& p_where) {
     ++_pickCount;
     try {
-        return _picker.Pick(_camera, _window, p_point);
+        return _picker.Pick(_camera, _window, p_where);
     } catch (std::exception const& failure) {
         _scene.Dispatcher().ReportException(
             std::string("Nothing can be picked: ") + failure.what(), Utility::AtLine(__PRETTY_FUNCTION__, __LINE__));
@@ -259,6 +265,10 @@ void InputDispatcher::Press(Types::Pos const& p_position, std::uint32_t p_button
         bool const hasMoved = !_isInside || !(p_position == _position);
         Place(p_position, p_modifiers);
         LookAndHover(hasMoved);
+        bool const isElsewhere = std::ranges::none_of(
+            _targets, [&](EventTarget const& p_target) { return p_target.hit && _focus.Has(p_target.node); });
+        if (isElsewhere)
+            _focus.End();
     }
     _buttons |= MaskOf(p_button);
     if (!isNew)
@@ -356,36 +366,84 @@ void InputDispatcher::Scrolled(Types::Pos const& p_position, double p_notches, s
 
 // Keys.
 
-void InputDispatcher::KeyPressed(int p_key, std::uint32_t p_modifiers) {
-    Take([this, p_key, p_modifiers] {
+InputEvent InputDispatcher::KeyEvent(int p_key, std::wstring const& p_text) const {
+    InputEvent event = Now();
+    event.key = p_key;
+    event.text = p_text;
+    return event;
+}
+
+void InputDispatcher::KeyPressed(int p_key, std::uint32_t p_modifiers, std::wstring p_text) {
+    Take([this, p_key, p_modifiers, text = std::move(p_text)] {
         _modifiers = p_modifiers;
         _hover.Restart();
-        PressKey(p_key);
+        PressKey(KeyEvent(p_key, text));
     });
 }
 
-// A pane takes keys also where nothing of it is hit.
-EventTargets InputDispatcher::KeyTargets() const {
+bool InputDispatcher::KeyOffered(int p_key, std::uint32_t p_modifiers, std::wstring const& p_text) {
+    if (_isBusy || !_queue.empty() || _press.IsDown() || !_focus.IsTaken())
+        return false;
+    bool isTaken = false;
+    Take([&] {
+        _modifiers = p_modifiers;
+        isTaken = Hold(p_key, _focus.Offer(KeyEvent(p_key, p_text)));
+    });
+    return isTaken;
+}
+
+void InputDispatcher::TextComposed(std::wstring const& p_text, std::wstring const& p_composition) {
+    Take([this, p_text, p_composition] {
+        InputEvent event = KeyEvent(Render::EventInformation::KeyNone, p_text);
+        event.composition = p_composition;
+        _focus.Offer(event);
+    });
+}
+
+// A pane takes keys also where nothing of it is hit. Those that Tab goes to in their order are not asked out of it.
+EventTargets InputDispatcher::KeyTargets(InputEvent const& p_event) const {
     EventTargets targets = _targets;
     if (_isInside)
         targets.AddRoot(PaneFinder::At(_scene.Visual(), _window, _position).pane);
+    bool const isTab = p_event.key == Render::EventInformation::KeyTab;
+    targets.RemoveIf([&](EventTarget const& p_target) {
+        return _focus.Has(p_target.node) ||
+            (isTab && EventCaller::IsConnected(p_target.node, EventHandler::EventKeyPress));
+    });
     return targets;
 }
 
-void InputDispatcher::PressKey(int p_key) {
+bool InputDispatcher::Hold(int p_key, EventCaller::Outcome const& p_outcome) {
+    if (p_outcome.isHandled)
+        _heldKeys.insert_or_assign(p_key, EventTarget{p_outcome.handler, nullptr});
+    return p_outcome.IsTaken();
+}
+
+bool InputDispatcher::PressFocusedKey(InputEvent const& p_event) {
+    bool const hadFocus = _focus.IsTaken();
+    if (Hold(p_event.key, _focus.Offer(p_event)))
+        return true;
+    if (p_event.key == Render::EventInformation::KeyTab)
+        return Hold(p_event.key, _focus.OfferToNext(p_event));
+    if (!hadFocus || p_event.key != Render::EventInformation::KeyEscape)
+        return false;
+    _focus.End();
+    return true;
+}
+
+void InputDispatcher::PressKey(InputEvent const& p_event) {
     if (_press.IsDown()) {
-        if (p_key == Render::EventInformation::KeyEscape)
+        if (p_event.key == Render::EventInformation::KeyEscape)
             BreakOff(true, 0);
         return;
     }
+    if (PressFocusedKey(p_event))
+        return;
     LookAndHover(false);
-    InputEvent event = Now();
-    event.key = p_key;
-    EventCaller::Outcome const outcome = _caller.OfferToAll(KeyTargets(), EventHandler::EventKeyPress, event);
-    if (outcome.isHandled)
-        _heldKeys.insert_or_assign(p_key, EventTarget{outcome.handler, nullptr});
-    if (!outcome.IsTaken())
-        _caller.Tell(_callbacks.keyPress, event);
+    bool const isTaken =
+        Hold(p_event.key, _caller.OfferToAll(KeyTargets(p_event), EventHandler::EventKeyPress, p_event));
+    if (!isTaken && !_selection.PressKey(p_event, _targets.Hits(), _isInside))
+        _caller.Tell(_callbacks.keyPress, p_event);
 }
 
 void InputDispatcher::KeyReleased(int p_key, std::uint32_t p_modifiers) {
@@ -402,7 +460,7 @@ void InputDispatcher::ReleaseKey(int p_key) {
     if (!held.empty())
         _caller.Call(held.mapped(), EventHandler::EventKeyRelease, event);
     else if (!_press.IsDown())
-        _caller.OfferToAll(KeyTargets(), EventHandler::EventKeyRelease, event);
+        _caller.OfferToAll(KeyTargets(event), EventHandler::EventKeyRelease, event);
 }
 
 void InputDispatcher::ReleaseHeldKeys() {
@@ -417,7 +475,12 @@ void InputDispatcher::FocusLost() {
         _buttons = 0;
         ReleaseHeldKeys();
         _modifiers = 0;
+        _focus.SetWindow(false);
     });
+}
+
+void InputDispatcher::FocusGained() {
+    Take([this] { _focus.SetWindow(true); });
 }
 
 // Dragging from outside.
@@ -468,8 +531,10 @@ void InputDispatcher::RequestUpdate() {
 }
 
 void InputDispatcher::SelectBox(Render::BoxSelection const& p_box) {
-    if (!_press.IsBrokenOff())
-        _caller.Tell(_callbacks.selectBox, p_box);
+    if (_press.IsBrokenOff())
+        return;
+    bool const isTaken = _selection.SelectBox(p_box, [&] { return PickAt(p_box); });
+    _caller.Tell(_callbacks.selectBox, p_box, isTaken);
 }
 
 void InputDispatcher::AboutToMove(Core::WeakPtr<Model::ModelNode> const& p_node) {
@@ -483,6 +548,14 @@ void InputDispatcher::Hover(Render::SelectRecord const& p_record) {
     EndHover();
     _hovered = p_record;
     _caller.Tell(_callbacks.hover, p_record);
+}
+
+void InputDispatcher::TakeFocus(WeakVis const& p_node, std::function<void(FocusChange)> p_changed) {
+    _focus.Take(p_node, std::move(p_changed));
+}
+
+void InputDispatcher::LeaveFocus(WeakVis const& p_node) {
+    _focus.Leave(p_node);
 }
 
 void InputDispatcher::EndHover(Core::WeakPtr<Model::ModelNode> const& p_node) {

@@ -10,10 +10,12 @@
 #include "host/EventCaller.h"
 #include "host/EventTargets.h"
 #include "host/Export.h"
+#include "host/FocusTracker.h"
 #include "host/HoverTracker.h"
 #include "host/InputEvent.h"
 #include "host/Picker.h"
 #include "host/PressTracker.h"
+#include "host/SelectionInput.h"
 #include "host/TimerList.h"
 #include "render/events/EventSink.h"
 #include "render/pick/SelectRecord.h"
@@ -25,6 +27,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace Qor::Chart::Host {
@@ -57,6 +60,8 @@ public:
     InputSettings& Settings() noexcept { return _settings; }
     /// Null says that there are no windows to open; the host must outlive its use. The scene's capabilities follow.
     void SetPopOutHost(Render::PopOutHost* p_host) noexcept;
+    /// Null says that there is neither clipboard nor input method; the host must outlive its use.
+    void SetTextInputHost(Render::TextInputHost* p_host) noexcept { _textInputHost = p_host; }
 
     /// How the scene is looked at from now on; until the first call nothing is hit.
     /// @param p_window  the rectangle that the scene is drawn into
@@ -84,11 +89,25 @@ public:
     /// @}
 
     /// \name Keys
+    /// They go to the node that has the focus, if any has, before others are asked.
     /// @{
-    void KeyPressed(int p_key, std::uint32_t p_modifiers = 0);
+    /// @param p_text  what the press types; empty for most keys
+    void KeyPressed(int p_key, std::uint32_t p_modifiers = 0, std::wstring p_text = {});
+    /// The press of a key that means something to the program as well, such as a shortcut: offered to the node that has
+    /// the focus, and to nobody else. The answer says whether that has used it, so that the program must not; false as
+    /// well while a handler runs.
+    bool KeyOffered(int p_key, std::uint32_t p_modifiers = 0, std::wstring const& p_text = {});
+    /// What an input method gives to the node that has the focus.
+    /// @param p_text         what is typed for good, before the composition
+    /// @param p_composition  what is being composed now; empty when nothing is
+    void TextComposed(std::wstring const& p_text, std::wstring const& p_composition);
     void KeyReleased(int p_key, std::uint32_t p_modifiers = 0);
-    /// A drag ends where it is, and keys that nodes hold are released.
+    /// The user types elsewhere: a drag ends where it is, and keys that nodes hold are released. The node that has the
+    /// focus has it again after `FocusGained`.
     void FocusLost();
+    void FocusGained();
+    /// Whether a node has taken the focus.
+    bool HasFocus() const noexcept { return _focus.IsTaken(); }
     /// @}
 
     /// \name Dragging in from outside
@@ -123,6 +142,9 @@ public:
     void Hover(Render::SelectRecord const& p_record) override;
     void EndHover(Core::WeakPtr<Model::ModelNode> const& p_node) override;
     Render::PopOutHost* GetPopOutHost() override { return _popOutHost; }
+    void TakeFocus(Core::WeakPtr<Render::Vis> const& p_node, std::function<void(FocusChange)> p_changed) override;
+    void LeaveFocus(Core::WeakPtr<Render::Vis> const& p_node) override;
+    Render::TextInputHost* GetTextInputHost() override { return _textInputHost; }
     /// @}
 
 private:
@@ -153,7 +175,9 @@ private:
     void LookAndHover(bool p_isMove);
     void LookAtRest();
     bool IsResting() const noexcept { return _isInside && !_press.IsDown(); }
-    std::vector<Render::HitRecord> PickAt(Render::PickPoint const& p_point);
+    /// @param p_where  a point or a rectangle
+    template <class Where>
+    std::vector<Render::HitRecord> PickAt(Where const& p_where);
 
     void Move(Types::Pos const& p_position, std::uint32_t p_modifiers);
     void Press(Types::Pos const& p_position, std::uint32_t p_button, std::uint32_t p_modifiers);
@@ -164,8 +188,14 @@ private:
     void BreakOff(bool p_takesBack, std::uint32_t p_upButtons);
     /// Hovering starts anew for the node whose drag has ended, and follows the pointer again for all.
     void AfterPress(Core::WeakPtr<Render::Vis> const& p_owner, bool p_wasDragging);
-    EventTargets KeyTargets() const;
-    void PressKey(int p_key);
+    /// Whom a key is offered to when who has the focus does not want it.
+    EventTargets KeyTargets(InputEvent const& p_event) const;
+    void PressKey(InputEvent const& p_event);
+    /// Offers a key to the node that has the focus, then to those that Tab goes to; whether it is used up.
+    bool PressFocusedKey(InputEvent const& p_event);
+    /// Notes who holds the key; whether anybody has taken it.
+    bool Hold(int p_key, EventCaller::Outcome const& p_outcome);
+    InputEvent KeyEvent(int p_key, std::wstring const& p_text) const;
     void ReleaseKey(int p_key);
     void ReleaseHeldKeys();
     void EndHover();
@@ -175,12 +205,15 @@ private:
     InputCallbacks _callbacks;
     InputSettings _settings;
     Render::PopOutHost* _popOutHost = nullptr;
+    Render::TextInputHost* _textInputHost = nullptr;
     Picker _picker;
     TimerList _timers;
     EventCaller _caller;
     HoverTracker _hover;
+    SelectionInput _selection;
     PressTracker _press;
     DropTracker _drops;
+    FocusTracker _focus;
 
     Camera _camera;
     Types::Viewport<0> _window;

@@ -8,6 +8,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace Qor::Chart::Model {
@@ -30,6 +32,8 @@ struct InputEvent {
     std::uint32_t buttons = 0; ///< all that are down; bit i is button i
     std::uint32_t modifiers = 0;
     int key = 0;
+    std::wstring text;
+    std::optional<std::wstring> composition;
     double scroll = 0.0;
     boost::any dragged;
 };
@@ -53,8 +57,8 @@ struct InputCallbacks {
         Cancel, ///< it is to be taken back; nothing follows
     };
 
-    /// A click, and the second click of a double click, after the nodes: with everything that was under the pointer, best
-    /// first, and whether a node has handled or stopped it.
+    /// A click, and the second click of a double click, after the nodes: with everything that was under the pointer,
+    /// best first, and whether a node, or a selection list, has handled or stopped it.
     std::function<void(InputEvent const&, Hits const&, bool p_isTaken)> click;
     std::function<void(InputEvent const&, Hits const&, bool p_isTaken)> doubleClick;
     /// A drag that no node wanted, such as one that turns the camera.
@@ -63,8 +67,8 @@ struct InputCallbacks {
     std::function<void(InputEvent const&)> scroll;
     std::function<void(InputEvent const&)> keyPress;
 
-    /// A rubber band that the user has finished.
-    std::function<void(Render::BoxSelection const&)> selectBox;
+    /// A rubber band that the user has finished, and whether a selection list has taken it.
+    std::function<void(Render::BoxSelection const&, bool p_isTaken)> selectBox;
     /// The user is about to move a node: the place to remember how it was, for an undo.
     std::function<void(Core::WeakPtr<Model::ModelNode> const&)> aboutToMove;
     /// What the pointer is over, until `endHover` names the same. They come in pairs.

@@ -157,6 +157,7 @@ void PressTracker::Click(InputEvent const& p_input) {
     bool isTaken = isSecond && _caller.Offer(targets, EventHandler::EventDoubleClick, p_input).IsTaken();
     if (!isTaken)
         isTaken = _caller.Offer(targets, EventHandler::EventClick, p_input).IsTaken();
+    isTaken = _selection.Click(p_input, targets.Hits(), {isTaken, isSecond, _threshold}) || isTaken;
     _caller.Tell(isSecond ? _callbacks.doubleClick : _callbacks.click, p_input, targets.Hits(), isTaken);
 }
 

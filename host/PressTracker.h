@@ -6,6 +6,7 @@
 #include "host/EventTargets.h"
 #include "host/HoverTracker.h"
 #include "host/InputEvent.h"
+#include "host/SelectionInput.h"
 
 #include <cstdint>
 #include <optional>
@@ -17,8 +18,9 @@ namespace Qor::Chart::Host {
 /// the program, and to nobody else until it ends.
 class PressTracker {
 public:
-    PressTracker(EventCaller& p_caller, HoverTracker& p_hover, InputCallbacks const& p_callbacks) noexcept
-        : _caller(p_caller), _hover(p_hover), _callbacks(p_callbacks) {}
+    PressTracker(EventCaller& p_caller, HoverTracker& p_hover, SelectionInput& p_selection,
+        InputCallbacks const& p_callbacks) noexcept
+        : _caller(p_caller), _hover(p_hover), _selection(p_selection), _callbacks(p_callbacks) {}
 
     bool IsDown() const noexcept { return _phase != Phase::None; }
     bool IsDragging() const noexcept { return _phase == Phase::Node || _phase == Phase::Program; }
@@ -71,6 +73,7 @@ private:
 
     EventCaller& _caller;
     HoverTracker& _hover;
+    SelectionInput& _selection;
     InputCallbacks const& _callbacks;
 
     Phase _phase = Phase::None;

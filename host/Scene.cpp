@@ -8,6 +8,7 @@
 #include "host/CameraVis.h"
 #include "host/HostError.h"
 #include "render/nodes/NodeFactories.h"
+#include "render/core/SelectsBelow.h"
 
 #include <boost/make_shared.hpp>
 
@@ -41,7 +42,7 @@ bool IsInForce(Render::Vis const& p_node, Render::Vis const& p_root) {
 
 /// Stands for a light in the visual tree, so that a light which leaves the model or is disabled stops shining. The frame
 /// driver puts its light into force for the whole scene; the node itself draws nothing.
-class Scene::LightVis : public Render::Vis {
+class Scene::LightVis : public Render::Vis, public Render::SelectsBelow {
 public:
     explicit LightVis(Core::Ptr<Model::ModelNode> const& p_model) : _model(*this, "model") { _model.Attach(p_model); }
 

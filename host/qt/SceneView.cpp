@@ -9,7 +9,9 @@
 #include <QDropEvent>
 #include <QEnterEvent>
 #include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLineF>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -19,6 +21,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <exception>
@@ -47,10 +50,52 @@ std::uint32_t ButtonOf(::Qt::MouseButton p_button) {
     return static_cast<std::uint32_t>(std::countr_zero(static_cast<std::uint32_t>(p_button)));
 }
 
-/// Letters and digits have the same codes here and there.
+/// What the toolkit's keys are called here. Letters and digits have the same codes here and there.
 int KeyOf(int p_key) {
-    return p_key == ::Qt::Key_Escape ? EventInformation::KeyEscape : p_key;
+    constexpr std::array<std::pair<int, EventInformation::KeyCode>, 15> Codes{{
+        {::Qt::Key_Escape, EventInformation::KeyEscape},
+        {::Qt::Key_Tab, EventInformation::KeyTab},
+        {::Qt::Key_Backtab, EventInformation::KeyTab},
+        {::Qt::Key_Backspace, EventInformation::KeyBackspace},
+        {::Qt::Key_Return, EventInformation::KeyReturn},
+        {::Qt::Key_Enter, EventInformation::KeyReturn},
+        {::Qt::Key_Delete, EventInformation::KeyDelete},
+        {::Qt::Key_Home, EventInformation::KeyHome},
+        {::Qt::Key_End, EventInformation::KeyEnd},
+        {::Qt::Key_Left, EventInformation::KeyLeft},
+        {::Qt::Key_Up, EventInformation::KeyUp},
+        {::Qt::Key_Right, EventInformation::KeyRight},
+        {::Qt::Key_Down, EventInformation::KeyDown},
+        {::Qt::Key_PageUp, EventInformation::KeyPageUp},
+        {::Qt::Key_PageDown, EventInformation::KeyPageDown},
+    }};
+    auto const* const found = std::ranges::find(Codes, p_key, &std::pair<int, EventInformation::KeyCode>::first);
+    if (found != Codes.end())
+        return found->second;
+    bool const isSign = p_key > ::Qt::Key_Space && p_key < ::Qt::Key_nobreakspace &&
+        !QChar::isLetterOrNumber(static_cast<char32_t>(p_key));
+    return isSign ? EventInformation::KeySign + p_key : p_key;
 }
+
+/// A key as nodes are to understand it: whatever the desktop uses to copy and paste is the same to them.
+struct KeyStroke {
+    explicit KeyStroke(QKeyEvent const& p_event)
+        : key(KeyOf(p_event.key())), modifiers(ModifiersOf(p_event.modifiers())) {
+        constexpr std::array<std::pair<QKeySequence::StandardKey, int>, 4> Commands{{{QKeySequence::Copy, 'C'},
+            {QKeySequence::Cut, 'X'}, {QKeySequence::Paste, 'V'}, {QKeySequence::SelectAll, 'A'}}};
+        for (auto const& [command, letter] : Commands) {
+            if (p_event.matches(command)) {
+                key = letter;
+                modifiers = EventInformation::ModifierControl;
+            }
+        }
+        if (p_event.key() == ::Qt::Key_Backtab)
+            modifiers |= EventInformation::ModifierShift;
+    }
+
+    int key;
+    std::uint32_t modifiers;
+};
 
 std::vector<std::string> FilesOf(QMimeData const& p_data) {
     std::vector<std::string> files;
@@ -63,14 +108,16 @@ std::vector<std::string> FilesOf(QMimeData const& p_data) {
 
 } // namespace
 
-SceneView::SceneView(std::function<void()> p_schedule)
-    : SceneView(std::move(p_schedule), std::make_unique<Ogl::OpenGlBackend>()) {}
+SceneView::SceneView(std::function<void()> p_schedule, std::function<void(bool)> p_takeText)
+    : SceneView(std::move(p_schedule), std::move(p_takeText), std::make_unique<Ogl::OpenGlBackend>()) {}
 
-SceneView::SceneView(std::function<void()> p_schedule, std::unique_ptr<Ogl::OpenGlBackend> p_backend)
+SceneView::SceneView(std::function<void()> p_schedule, std::function<void(bool)> p_takeText,
+    std::unique_ptr<Ogl::OpenGlBackend> p_backend)
     : _schedule(std::move(p_schedule))
     , _backend(p_backend.get())
     , _scene(std::move(p_backend))
     , _driver(_scene)
+    , _textInput(_pixels, std::move(p_takeText))
     , _input(_scene)
     , _navigator(_scene, _input, _camera)
     , _popOuts([this](SceneView& p_view) { SetUpPopOut(p_view); })
@@ -90,6 +137,7 @@ SceneView::SceneView(std::function<void()> p_schedule, std::unique_ptr<Ogl::Open
         _isKeyTaken = _navigator.PressKey(p_event) || (_keyCallback && _keyCallback(p_event));
     };
     _input.SetPopOutHost(&_popOuts);
+    _input.SetTextInputHost(&_textInput);
     _listener->ListenTo(_scene.Visual());
 }
 
@@ -279,9 +327,17 @@ bool SceneView::Handle(QEvent& p_event) {
     case QEvent::UngrabMouse:
         _input.CaptureLost();
         return false;
+    case QEvent::FocusIn:
+        _input.FocusGained();
+        return false;
     case QEvent::FocusOut:
         _input.FocusLost();
         return false;
+    case QEvent::ShortcutOverride:
+        return OverrideShortcut(static_cast<QKeyEvent&>(p_event));
+    case QEvent::InputMethod:
+        Compose(static_cast<QInputMethodEvent&>(p_event));
+        return true;
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
         return Key(static_cast<QKeyEvent&>(p_event));
@@ -371,16 +427,32 @@ void SceneView::Wheel(QWheelEvent& p_event) {
 
 /// A key that nobody wants goes on to whoever is around the surface.
 bool SceneView::Key(QKeyEvent& p_event) {
-    int const key = KeyOf(p_event.key());
-    std::uint32_t const modifiers = ModifiersOf(p_event.modifiers());
+    auto const [key, modifiers] = KeyStroke(p_event);
     if (p_event.type() == QEvent::KeyRelease) {
         if (!p_event.isAutoRepeat())
             _input.KeyReleased(key, modifiers);
         return false;
     }
+    if (std::exchange(_overriddenKey, 0) == p_event.key())
+        return true;
     _isKeyTaken = true; // unless the dispatcher finds nobody and hands it on
-    _input.KeyPressed(key, modifiers);
+    _input.KeyPressed(key, modifiers, p_event.text().toStdWString());
     return std::exchange(_isKeyTaken, false);
+}
+
+bool SceneView::OverrideShortcut(QKeyEvent& p_event) {
+    auto const [key, modifiers] = KeyStroke(p_event);
+    bool const isTab = key == EventInformation::KeyTab; // goes on to the next one, which has no shortcut
+    if (isTab || !_input.KeyOffered(key, modifiers, p_event.text().toStdWString()))
+        return false;
+    _overriddenKey = p_event.key();
+    p_event.accept();
+    return true;
+}
+
+void SceneView::Compose(QInputMethodEvent& p_event) {
+    _input.TextComposed(p_event.commitString().toStdWString(), p_event.preeditString().toStdWString());
+    p_event.accept();
 }
 
 bool SceneView::TakesFiles(QDropEvent const& p_event) const {

@@ -12,6 +12,7 @@
 #include "host/WindowPixels.h"
 #include "host/qt/Export.h"
 #include "host/qt/PopOutWindows.h"
+#include "host/qt/TextInput.h"
 
 #include <QPointF>
 #include <QTimer>
@@ -24,6 +25,7 @@
 
 class QDropEvent;
 class QEvent;
+class QInputMethodEvent;
 class QKeyEvent;
 class QMouseEvent;
 class QTouchEvent;
@@ -41,7 +43,8 @@ namespace Qor::Chart::Host {
 class QOR_HOSTQT_API SceneView {
 public:
     /// @param p_schedule  makes the toolkit call for a frame soon
-    explicit SceneView(std::function<void()> p_schedule);
+    /// @param p_takeText  called when an input method is to compose text for the surface from now on, or no longer
+    explicit SceneView(std::function<void()> p_schedule, std::function<void(bool)> p_takeText = {});
     /// What the scene holds on the device is freed if its context is current.
     ~SceneView();
     SceneView(SceneView const&) = delete;
@@ -95,6 +98,8 @@ public:
     void Paint();
     /// Takes an event of the surface; true when there is nothing left to do about it.
     bool Handle(QEvent& p_event);
+    /// What an input method asks of the surface; invalid for what only the surface knows.
+    QVariant Query(::Qt::InputMethodQuery p_query) const { return _textInput.Query(p_query); }
     /// Frees what the scene holds on the device, whose context is current and about to end. The next frame sends
     /// everything again.
     void ReleaseDevice();
@@ -103,12 +108,16 @@ public:
     /// @}
 
 private:
-    SceneView(std::function<void()> p_schedule, std::unique_ptr<Ogl::OpenGlBackend> p_backend);
+    SceneView(std::function<void()> p_schedule, std::function<void(bool)> p_takeText,
+        std::unique_ptr<Ogl::OpenGlBackend> p_backend);
 
     void Mouse(QMouseEvent& p_event);
     bool Touch(QTouchEvent& p_event);
     void Wheel(QWheelEvent& p_event);
     bool Key(QKeyEvent& p_event);
+    /// A key that may be a shortcut of the program's: the node that has the focus goes first.
+    bool OverrideShortcut(QKeyEvent& p_event);
+    void Compose(QInputMethodEvent& p_event);
     void DragOver(QDropEvent& p_event);
     void Drop(QDropEvent& p_event);
     bool TakesFiles(QDropEvent const& p_event) const;
@@ -129,16 +138,18 @@ private:
     Scene _scene;
     Camera _camera;
     FrameDriver _driver;
+    WindowPixels _pixels;
+    TextInput _textInput; ///< outlives the dispatcher, which tells who has the focus that it ends
     InputDispatcher _input;
     Navigator _navigator;
     PopOutWindows _popOuts;
-    WindowPixels _pixels;
     QTimer _frameTimer;
     QTimer _inputTimer;
     Core::Ptr<ChangeListener> _listener;
     bool _isFitWanted = true;
     bool _isInFrame = false;
     bool _isKeyTaken = false;
+    int _overriddenKey = 0; ///< has been used already when its press comes
     double _fingerDistance = 0; ///< between two fingers, in logical pixels; 0 while there are fewer
     Types::Pos _pointer{-1, -1}; ///< where it was last; outside at first
     std::string _lastFailure;

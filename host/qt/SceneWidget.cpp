@@ -14,7 +14,8 @@ SceneWidget::SceneWidget(QWidget* p_parent) : QOpenGLWidget(p_parent) {
     setFocusPolicy(::Qt::StrongFocus);
     setAttribute(::Qt::WA_AcceptTouchEvents);
     setAcceptDrops(true);
-    _view = std::make_unique<SceneView>([this] { update(); });
+    _view = std::make_unique<SceneView>(
+        [this] { update(); }, [this](bool p_takes) { setAttribute(::Qt::WA_InputMethodEnabled, p_takes); });
 }
 
 // What the scene holds on the device is freed in its context. Other windows have contexts of their own, so they go first.
@@ -39,6 +40,11 @@ bool SceneWidget::event(QEvent* p_event) {
     if (wasValid && !isValid())
         setFormat(_wanted);
     return isDone;
+}
+
+QVariant SceneWidget::inputMethodQuery(::Qt::InputMethodQuery p_query) const {
+    QVariant const answer = _view ? _view->Query(p_query) : QVariant();
+    return answer.isValid() ? answer : QOpenGLWidget::inputMethodQuery(p_query);
 }
 
 // The toolkit crashes when it paints a window with such a widget in it and has no OpenGL for that.

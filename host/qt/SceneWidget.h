@@ -29,6 +29,8 @@ public:
 
     SceneView& View() noexcept { return *_view; }
 
+    QVariant inputMethodQuery(::Qt::InputMethodQuery p_query) const override;
+
 protected:
     bool event(QEvent* p_event) override;
     void resizeEvent(QResizeEvent* p_event) override;

@@ -3,6 +3,7 @@
 #include "host/qt/SurfaceFormat.h"
 
 #include <QEvent>
+#include <QInputMethodQueryEvent>
 
 #include <utility>
 
@@ -39,7 +40,19 @@ void SceneWindow::Closed() {
         callback();
 }
 
+/// A window has no other way to be asked.
+bool SceneWindow::Answer(QInputMethodQueryEvent& p_event) const {
+    for (::Qt::InputMethodQuery const query : {::Qt::ImEnabled, ::Qt::ImCursorRectangle}) {
+        if ((p_event.queries() & query) != 0)
+            p_event.setValue(query, _view->Query(query));
+    }
+    p_event.accept();
+    return true;
+}
+
 bool SceneWindow::event(QEvent* p_event) {
+    if (_view && p_event->type() == QEvent::InputMethodQuery)
+        return Answer(static_cast<QInputMethodQueryEvent&>(*p_event));
     if (p_event->type() == QEvent::Close)
         Closed();
     if (NeedsOpenGl(p_event->type()) && !WhyNoOpenGl().empty()) {

@@ -8,6 +8,8 @@
 #include <functional>
 #include <memory>
 
+class QInputMethodQueryEvent;
+
 namespace Qor::Chart::Host {
 
 /// A window of its own that shows a scene, for programs without widgets: `SceneWidget` with the frame of a window. It needs
@@ -29,6 +31,7 @@ protected:
 
 private:
     void Closed();
+    bool Answer(QInputMethodQueryEvent& p_event) const;
 
     std::unique_ptr<SceneView> _view;
     std::function<void()> _closeCallback;
