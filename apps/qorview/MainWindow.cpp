@@ -1,12 +1,13 @@
 #include "apps/qorview/MainWindow.h"
 
+#include "apps/qorview/NodeText.h"
 #include "apps/qorview/PictureFile.h"
+#include "framework/model/Events.h"
 #include "host/HostError.h"
-#include "host/Picker.h"
 #include "host/qt/SceneWindow.h"
 #include "host/qt/SurfaceFormat.h"
-#include "render/events/EventInformation.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
@@ -32,7 +33,6 @@ namespace {
 using Host::InputCallbacks;
 using Host::InputEvent;
 using Host::SceneView;
-using Render::EventInformation;
 using View = Host::Camera::View;
 
 constexpr std::array<std::pair<View, char const*>, 7> Views{
@@ -50,12 +50,17 @@ constexpr char const* HelpText =
     "<h3>Selecting</h3><table cellspacing=4>"
     "<tr><td><b>Click</b></td><td>selects what is under the pointer; beside everything: nothing</td></tr>"
     "<tr><td><b>Ctrl + click</b></td><td>selects it as well, or no longer</td></tr>"
+    "<tr><td><b>Shift + click</b></td><td>selects it as well</td></tr>"
+    "<tr><td><b>Alt + click</b></td><td>selects the next thing behind, one click after the other</td></tr>"
     "<tr><td><b>Ctrl + drag</b></td><td>selects what lies in a rectangle</td></tr>"
     "<tr><td><b>Ctrl + Shift + drag</b></td><td>selects that as well</td></tr>"
     "<tr><td><b>Esc</b></td><td>takes a drag back; selects nothing</td></tr></table>"
     "<h3>Panes (with --panes 2x2 and the like)</h3><table cellspacing=4>"
     "<tr><td><b>Title bar</b>, corners</td><td>drag them to move and resize a pane</td></tr>"
     "<tr><td><b>Buttons in the title bar</b></td><td>show its content in a window of its own</td></tr></table>"
+    "<h3>Figures</h3><table cellspacing=4>"
+    "<tr><td><b>S</b></td><td>shows frames a second, the time of each stage, draw calls and memory, or hides "
+    "them</td></tr></table>"
     "<h3>Files</h3><table cellspacing=4>"
     "<tr><td><b>Ctrl + O</b>, drop a file</td><td>opens it</td></tr>"
     "<tr><td><b>Ctrl + Shift + O</b></td><td>shows it beside the others</td></tr>"
@@ -105,7 +110,9 @@ MainWindow::MainWindow(Options const& p_options)
     , _messages(new MessageList(this))
     , _underPointer(new QLabel(this))
     , _selected(new QLabel(this))
-    , _showsBounds(p_options.bounds) {
+    , _selection(Core::MakeNode<Model::SelectionList>())
+    , _showsBounds(p_options.bounds)
+    , _statistics(Core::MakeNode<Model::Statistics>()) {
     setWindowTitle("qorview");
     QSurfaceFormat format = Host::SceneSurfaceFormat();
     format.setSamples(p_options.samples);
@@ -116,9 +123,10 @@ MainWindow::MainWindow(Options const& p_options)
     statusBar()->addPermanentWidget(_selected);
     SetUpScene(p_options);
     SetUpPanes(p_options);
+    _statistics->SetVisible(p_options.statistics);
     Listen();
     MakeMenus();
-    Chosen();
+    ShowSelected();
     resize(QSize(p_options.size.width, p_options.size.height).boundedTo(screen()->availableSize()));
     _widget->setFocus();
 }
@@ -146,6 +154,7 @@ void MainWindow::SetUpPanes(Options const& p_options) {
         options.panes = Types::Size(1, 1);
     Host::Scene& scene = _widget->View().GetScene();
     _panes = std::make_unique<PaneGrid>(scene, options);
+    scene.Add(_selection);
     for (Core::Ptr<Model::ModelNode> const& camera : *scene.Model()) {
         for (Core::Ptr<Model::ModelNode> const& child : *camera) {
             auto const pane = Core::DynamicCast<Model::Pane>(child);
@@ -166,6 +175,8 @@ void MainWindow::SetUpPanes(Options const& p_options) {
 
 void MainWindow::Listen() {
     SceneView& view = _widget->View();
+    using Changed = Model::Events::SelectionChangedArgs;
+    _selectionChanges = _selection->Delegate().Connect<Changed>([this](Changed const&) { ShowSelected(); });
     ListenTo(view);
     view.SetPopOutCallback([this](SceneView& p_view) {
         p_view.Driver().SetShowBounds(_showsBounds);
@@ -178,29 +189,16 @@ void MainWindow::Listen() {
 void MainWindow::ListenTo(SceneView& p_view) {
     SceneView* const view = &p_view;
     InputCallbacks& callbacks = p_view.Input().Callbacks();
-    callbacks.click = [this](InputEvent const& p_event, InputCallbacks::Hits const& p_hits, bool p_isTaken) {
-        Click(p_event, p_hits, p_isTaken);
-    };
-    callbacks.doubleClick = [this](InputEvent const& p_event, InputCallbacks::Hits const& p_hits, bool p_isTaken) {
-        if ((p_event.modifiers & EventInformation::ModifierControl) == 0) // the first click has toggled it
-            Click(p_event, p_hits, p_isTaken);
-    };
-    callbacks.selectBox = [this, view](Render::BoxSelection const& p_box) { SelectBox(*view, p_box); };
     callbacks.hover = [this](
                           Render::SelectRecord const& p_record) { ShowUnderPointer(NameInTree(p_record.Selection())); };
     callbacks.endHover = [this](auto const&) { ShowUnderPointer({}); };
     p_view.SetErrorCallback([this](std::string const& p_sentence) { _messages->Show(p_sentence); });
-    p_view.SetKeyCallback([this](InputEvent const& p_event) {
-        if (p_event.key != EventInformation::KeyEscape)
-            return false;
-        _selection.Clear();
-        Chosen();
-        return true;
-    });
+    p_view.SetKeyCallback([this](InputEvent const& p_event) { return PressKey(p_event); });
     p_view.SetFrameCallback([this, view, taken = std::uint64_t{0}]() mutable {
         if (view == &_widget->View())
             _importer.reset();
-        ShowSelected();
+        view->GetScene().Add(_statistics);
+        view->GetScene().Add(_selection);
         _messages->Follow(view->GetScene().Dispatcher(), taken);
     });
 }
@@ -242,6 +240,10 @@ void MainWindow::MakeViewMenu() {
     bounds->setCheckable(true);
     bounds->setChecked(_showsBounds);
     connect(bounds, &QAction::toggled, this, [this](bool p_isOn) { ShowBounds(p_isOn); });
+    _showsStatistics = menu->addAction("&Statistics\tS");
+    _showsStatistics->setCheckable(true);
+    _showsStatistics->setChecked(_statistics->IsVisible());
+    connect(_showsStatistics, &QAction::toggled, this, [this](bool p_isOn) { _statistics->SetVisible(p_isOn); });
     menu->addAction(_messages->toggleViewAction());
 }
 
@@ -290,8 +292,7 @@ void MainWindow::Open(std::vector<std::string> const& p_files, bool p_adds) {
     if (roots.empty())
         return;
     if (!p_adds) {
-        _selection.Clear();
-        Chosen();
+        _selection->DeselectAll();
         _panes->Content().Clear();
     }
     for (Core::Ptr<Model::ModelNode> const& root : roots)
@@ -327,26 +328,6 @@ void MainWindow::SavePicture(std::string const& p_file) {
     }
 }
 
-void MainWindow::Click(InputEvent const& p_event, InputCallbacks::Hits const& p_hits, bool p_isTaken) {
-    if (p_event.button != 0)
-        return;
-    std::vector<Render::SelectRecord> const records = Selection::BestOf(p_hits);
-    if (p_isTaken && records.empty()) // a button, say
-        return;
-    if ((p_event.modifiers & EventInformation::ModifierControl) != 0)
-        _selection.Toggle(records);
-    else
-        _selection.Select(records, (p_event.modifiers & EventInformation::ModifierShift) != 0);
-    Chosen();
-}
-
-void MainWindow::SelectBox(SceneView& p_view, Render::BoxSelection const& p_box) {
-    Host::Picker picker(p_view.GetScene());
-    auto const hits = picker.Pick(p_view.GetCamera(), p_view.Pixels().Viewport(), p_box);
-    _selection.Select(Selection::AllOf(hits), p_box.GetOperation() == Render::BoxSelection::Operation::Add);
-    Chosen();
-}
-
 void MainWindow::SetProjection(Model::Pane::ProjectionMode p_mode) {
     Core::Ptr<Render::Vis> const vis = _widget->View().ActiveView().pane.Lock();
     if (auto const pane = Core::DynamicCast<Model::Pane>(vis ? vis->SourceModel().Lock() : nullptr))
@@ -357,18 +338,8 @@ void MainWindow::ShowUnderPointer(std::string const& p_text) {
     _underPointer->setText(QString::fromStdString(p_text));
 }
 
-/// What is selected shows in the window that it was selected in, what was given up for it may be in any: all draw again.
-void MainWindow::Chosen() {
-    ShowSelected();
-    _widget->View().Refresh();
-    for (SceneView* const view : PopOuts())
-        view->Refresh();
-}
-
-/// What has left the scene meanwhile does not count.
 void MainWindow::ShowSelected() {
-    _selection.Forget();
-    _selected->setText(QString::fromStdString(_selection.Text()));
+    _selected->setText(QString::fromStdString(SelectionText(*_selection)));
 }
 
 void MainWindow::ShowBounds(bool p_isOn) {
@@ -379,6 +350,14 @@ void MainWindow::ShowBounds(bool p_isOn) {
         view->Driver().SetShowBounds(p_isOn);
         view->Refresh();
     }
+}
+
+bool MainWindow::PressKey(InputEvent const& p_event) {
+    constexpr int statistics = 'S';
+    if (p_event.key != statistics || p_event.modifiers != 0)
+        return false;
+    _showsStatistics->toggle();
+    return true;
 }
 
 std::vector<SceneView*> MainWindow::PopOuts() const {

@@ -3,7 +3,9 @@
 #include "apps/qorview/MessageList.h"
 #include "apps/qorview/Options.h"
 #include "apps/qorview/PaneGrid.h"
-#include "apps/qorview/Selection.h"
+#include "framework/model/EventConnection.h"
+#include "framework/model/SelectionList.h"
+#include "framework/model/Statistics.h"
 #include "host/Camera.h"
 #include "host/Importer.h"
 #include "host/InputEvent.h"
@@ -15,6 +17,7 @@
 #include <string>
 #include <vector>
 
+class QAction;
 class QLabel;
 
 namespace Qor::Chart::QorView {
@@ -31,7 +34,7 @@ public:
     ~MainWindow() override;
 
     Host::SceneWidget& Widget() noexcept { return *_widget; }
-    Selection const& Selected() const noexcept { return _selection; }
+    Model::SelectionList const& Selected() const noexcept { return *_selection; }
 
     /// Shows a file beside those that are there.
     /// @throws Library::ModelFileError when it cannot be used
@@ -57,13 +60,12 @@ private:
     Core::Ptr<Model::ModelNode> Import(std::string const& p_file);
     void AskForFiles(bool p_adds);
     void AskForPicture();
-    void Click(Host::InputEvent const& p_event, Host::InputCallbacks::Hits const& p_hits, bool p_isTaken);
-    void SelectBox(Host::SceneView& p_view, Render::BoxSelection const& p_box);
     void SetProjection(Model::Pane::ProjectionMode p_mode);
     void ShowUnderPointer(std::string const& p_text);
-    void Chosen();
     void ShowSelected();
     void ShowBounds(bool p_isOn);
+    /// For a key that neither a node nor the navigator wants.
+    bool PressKey(Host::InputEvent const& p_event);
     std::vector<Host::SceneView*> PopOuts() const;
     void ShowHelp();
 
@@ -73,8 +75,11 @@ private:
     QLabel* _selected;
     std::unique_ptr<PaneGrid> _panes;
     std::shared_ptr<Host::Importer> _importer; ///< until the next frame has taken its files up
-    Selection _selection;
+    Core::Ptr<Model::SelectionList> _selection; ///< the same in all windows
+    Model::EventConnection _selectionChanges;
     bool _showsBounds; ///< in all windows
+    Core::Ptr<Model::Statistics> _statistics; ///< the same in all windows
+    QAction* _showsStatistics = nullptr; ///< a child
 };
 
 } // namespace Qor::Chart::QorView

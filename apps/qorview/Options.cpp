@@ -185,6 +185,7 @@ std::optional<Options> Options::Parse(int p_argc, char const* const* p_argv) {
     app.add_option("--frames", frames, "Draw this many frames and print what each one cost")->type_name("N");
     app.add_flag("--spin", options.spin, "Turn the camera once around the scene in these frames");
     app.add_flag("--bounds", options.bounds, "Outline the box of every node");
+    app.add_flag("--statistics", options.statistics, "Show the figures of the frames in front of the scene");
     app.add_option("--panes", panes, "Show the scene in so many columns and rows of panes, each seen from elsewhere")
         ->type_name("CxR");
     app.add_option("--pick", pick,

@@ -31,6 +31,7 @@ struct Options {
     bool spin = false;
     bool tree = false;
     bool bounds = false;
+    bool statistics = false;
     bool json = false;
     std::optional<Types::Size> panes; ///< columns and rows
     /// Pixels of the picture, counted from its upper left corner as image viewers do.

@@ -5,6 +5,7 @@
 #include "apps/qorview/ProgressLine.h"
 #include "apps/qorview/TreePrinter.h"
 #include "apps/qorview/UsageError.h"
+#include "framework/model/Statistics.h"
 #include "framework/qordebug/highrestimer.h"
 #include "host/HostError.h"
 #include "host/Picker.h"
@@ -92,6 +93,11 @@ void Program::SetUp() {
     camera.Look(_options.azimuth, _options.elevation);
     if (_options.panes)
         _panes = std::make_unique<PaneGrid>(_offscreen->GetScene(), _options);
+    if (!_options.statistics)
+        return;
+    Core::Ptr<Model::Statistics> const statistics = Core::MakeNode<Model::Statistics>();
+    statistics->SetInterval(0);
+    _offscreen->GetScene().Add(statistics);
 }
 
 void Program::ImportFile(Host::Importer& p_importer, std::string const& p_file) {
@@ -105,8 +111,8 @@ void Program::ImportFile(Host::Importer& p_importer, std::string const& p_file) 
         _panes->Content().Add(result.root);
     else
         _offscreen->GetScene().Add(result.root);
-    _summary.files.push_back({p_file, result.groups, result.objects, result.triangles, result.lines, result.points,
-        result.dropped, static_cast<double>(time.elapsed()) / 1000});
+    _summary.files.push_back({p_file, result.groups, result.objects, result.styles, result.triangles, result.lines,
+        result.points, result.dropped, static_cast<double>(time.elapsed()) / 1000});
 }
 
 /// What must know the scene's boxes before the first frame.
@@ -143,6 +149,8 @@ void Program::DrawFrames(PictureFile const* p_picture) {
         _summary.frames.push_back(statistics);
     }
     if (p_picture) {
+        if (_options.statistics && _options.frames == 1) // figures are those of the frame before
+            _offscreen->Frame();
         p_picture->Write(_offscreen->Read());
         _summary.picture = _options.png;
     }

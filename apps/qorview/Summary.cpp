@@ -21,6 +21,7 @@ void WriteFile(std::ostream& p_stream, Summary::File const& p_file) {
     p_stream << p_file.path << ": read in " << p_file.milliseconds << " ms";
     WriteCount(p_stream, p_file.groups, "group");
     WriteCount(p_stream, p_file.objects, "object", true);
+    WriteCount(p_stream, p_file.styles, "render style");
     WriteCount(p_stream, p_file.triangles, "triangle");
     WriteCount(p_stream, p_file.lines, "line");
     WriteCount(p_stream, p_file.points, "point");
@@ -35,7 +36,7 @@ void WriteFrame(std::ostream& p_stream, FrameStatistics const& p_frame) {
 }
 
 nlohmann::json JsonOf(Summary::File const& p_file) {
-    return {{"path", p_file.path}, {"groups", p_file.groups}, {"objects", p_file.objects},
+    return {{"path", p_file.path}, {"groups", p_file.groups}, {"objects", p_file.objects}, {"styles", p_file.styles},
         {"triangles", p_file.triangles}, {"lines", p_file.lines}, {"points", p_file.points},
         {"dropped", p_file.dropped}, {"milliseconds", p_file.milliseconds}};
 }

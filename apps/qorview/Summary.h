@@ -19,6 +19,7 @@ struct Summary {
         std::string path;
         std::size_t groups = 0;
         std::size_t objects = 0;
+        std::size_t styles = 0;
         std::size_t triangles = 0;
         std::size_t lines = 0;
         std::size_t points = 0;
