@@ -123,15 +123,17 @@ function(qor_program p_path)
     target_link_libraries(${arg_NAME} PRIVATE QorChart::HostQt ${arg_LINK})
 endfunction()
 
-# qor_examples(<path>): one program per source file in the folder, named example_<file>.
-function(qor_examples p_path)
+# qor_examples(<path> <prefix>): one program per source file in the folder, named <prefix>_<file>. QOR_EXAMPLE_DATA is the folder
+# examples/data.
+function(qor_examples p_path p_prefix)
     file(GLOB sources CONFIGURE_DEPENDS "${QOR_ROOT}/${p_path}/*.cpp")
     foreach(source IN LISTS sources)
         cmake_path(GET source STEM name)
-        string(TOLOWER "example_${name}" target)
+        string(TOLOWER "${p_prefix}_${name}" target)
         add_executable(${target} "${source}")
         qor_program_settings(${target})
         target_link_libraries(${target} PRIVATE QorChart::HostQt)
+        target_compile_definitions(${target} PRIVATE QOR_EXAMPLE_DATA="${QOR_ROOT}/examples/data")
     endforeach()
 endfunction()
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the sample model files of this folder: demo.glb, bracket.obj, wave.ply and knot.stl.
+"""Writes the sample files of this folder: demo.glb, display.glb with crate.png, sign.png, bracket.obj, wave.ply and knot.stl.
 
 The files are committed; run this after a change here. It needs nothing but Python, and gives the same bytes every time.
 """
@@ -8,6 +8,7 @@ import json
 import math
 import os
 import struct
+import zlib
 
 FOLDER = os.path.dirname(os.path.abspath(__file__))
 
@@ -61,13 +62,17 @@ class Shape:
         self.positions = []
         self.normals = []
         self.colors = []
+        self.places = []
         self.triangles = []
 
-    def vertex(self, position, normal, color=None):
+    def vertex(self, position, normal, color=None, place=None):
+        """`place` is where on an image the vertex is, from its upper left corner."""
         self.positions.append(position)
         self.normals.append(unit(normal))
         if color:
             self.colors.append(color)
+        if place:
+            self.places.append(place)
         return len(self.positions) - 1
 
     def face(self, *corners):
@@ -125,6 +130,39 @@ def sphere(segments=18, rings=10):
                 shape.triangles.append((a, b, a + 1))
             if r < rings - 1:
                 shape.triangles.append((a + 1, b, b + 1))
+    return shape
+
+
+def globe(segments=32, rings=16):
+    """A sphere of diameter 1 with a map around it, the poles above and below."""
+    shape = Shape()
+    for r in range(rings + 1):
+        polar = math.pi * r / rings
+        for s in range(segments + 1):
+            turn = 2 * math.pi * s / segments
+            normal = (math.sin(polar) * math.cos(turn), math.cos(polar), -math.sin(polar) * math.sin(turn))
+            shape.vertex(scaled(normal, 0.5), normal, place=(s / segments, r / rings))
+    for r in range(rings):
+        for s in range(segments):
+            a = r * (segments + 1) + s
+            b = a + segments + 1
+            if r > 0:
+                shape.triangles.append((a, b, a + 1))
+            if r < rings - 1:
+                shape.triangles.append((a + 1, b, b + 1))
+    return shape
+
+
+def crate():
+    """A cube of edge 1 that shows the same image upright on each side."""
+    shape = Shape()
+    sides = (((1, 0, 0), (0, 1, 0)), ((0, 0, -1), (0, 1, 0)), ((-1, 0, 0), (0, 1, 0)), ((0, 0, 1), (0, 1, 0)),
+             ((1, 0, 0), (0, 0, -1)), ((1, 0, 0), (0, 0, 1)))
+    for right, up in sides:
+        out = cross(right, up)
+        first = [shape.vertex(scaled(add(out, add(scaled(right, x), scaled(up, y))), 0.5), out,
+                              place=((1 + x) / 2, (1 - y) / 2)) for x, y in ((-1, -1), (1, -1), (1, 1), (-1, 1))]
+        shape.triangles += [(first[0], first[1], first[2]), (first[0], first[2], first[3])]
     return shape
 
 
@@ -264,8 +302,10 @@ class Gltf:
     def _view(self, data, target):
         while len(self.blob) % 4:
             self.blob.append(0)
-        self.json["bufferViews"].append({"buffer": 0, "byteOffset": len(self.blob), "byteLength": len(data),
-                                         "target": target})
+        view = {"buffer": 0, "byteOffset": len(self.blob), "byteLength": len(data)}
+        if target:
+            view["target"] = target
+        self.json["bufferViews"].append(view)
         self.blob += data
         return len(self.json["bufferViews"]) - 1
 
@@ -288,6 +328,9 @@ class Gltf:
             colors = b"".join(struct.pack("<4B", *[round(255 * linear(c)) for c in color], 255) for color in shape.colors)
             attributes["COLOR_0"] = self._accessor(colors, 34962, componentType=5121, normalized=True, type="VEC4",
                                                    count=count)
+        if shape.places:
+            places = b"".join(struct.pack("<2f", *place) for place in shape.places)
+            attributes["TEXCOORD_0"] = self._accessor(places, 34962, componentType=5126, type="VEC2", count=count)
         flat = [i for triangle in shape.triangles for i in triangle]
         indices = self._accessor(struct.pack(f"<{len(flat)}H", *flat), 34963, componentType=5123, type="SCALAR",
                                  count=len(flat))
@@ -300,6 +343,24 @@ class Gltf:
                                            {"baseColorFactor": [round(c, 4) for c in rgb] + [1.0], "metallicFactor": 0.0}})
             self.materials[color] = len(self.json["materials"]) - 1
         return self.materials[color]
+
+    def texture(self, material, image):
+        """A material that shows an image: the name of a file beside, or the bytes of one that becomes part of this file."""
+        if isinstance(image, bytes):
+            source = {"bufferView": self._view(image, None), "mimeType": "image/png"}
+        else:
+            source = {"uri": image}
+        self.json.setdefault("images", []).append(source)
+        self.json.setdefault("textures", []).append({"source": len(self.json["images"]) - 1})
+        self.json["materials"].append({"name": material, "pbrMetallicRoughness": {
+            "baseColorTexture": {"index": len(self.json["textures"]) - 1}, "metallicFactor": 0.0}})
+        self.materials[material] = len(self.json["materials"]) - 1
+
+    def glass(self, material, color, opacity):
+        rgb = self.json["materials"][self.material(color)]["pbrMetallicRoughness"]["baseColorFactor"][:3]
+        self.json["materials"][self.materials.pop(color)] = {"name": material, "alphaMode": "BLEND", "pbrMetallicRoughness": {
+            "baseColorFactor": rgb + [opacity], "metallicFactor": 0.0}}
+        self.materials[material] = len(self.json["materials"]) - 1
 
     def mesh(self, shape, color):
         key = (shape, color)
@@ -472,6 +533,74 @@ def write_demo(path):
     scene.write(path)
 
 
+# --- a globe in a glass case on a crate: images and transparency ---------------------------------------------------------
+
+def png(width, height, palette, pixel):
+    """An image file of up to 16 colours; `pixel` gives the number of the colour at (x, y), counted from the upper left."""
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    rows = b"".join(b"\0" + bytes(pixel(x, y) << 4 | pixel(x + 1, y) for x in range(0, width, 2)) for y in range(height))
+    colors = b"".join(bytes(int(color[i:i + 2], 16) for i in (1, 3, 5)) for color in palette)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 4, 3, 0, 0, 0)) +
+            chunk(b"PLTE", colors) + chunk(b"IDAT", zlib.compress(rows, 9)) + chunk(b"IEND", b""))
+
+
+def crate_image():
+    """Boards in a frame, and a letter that tells which way is up."""
+    size, frame = 128, 14
+    letter = ("####", "#...", "###.", "#...", "#...")
+
+    def pixel(x, y):
+        if min(x, y, size - 1 - x, size - 1 - y) < frame:
+            return 2 if min(x, y, size - 1 - x, size - 1 - y) in (0, frame - 1) else 1
+        column, row = (x - 40) // 12, (y - 34) // 12
+        if 0 <= column < 4 and 0 <= row < 5 and letter[row][column] == "#":
+            return 3
+        return 2 if (y - frame) % 20 == 0 else (4 if (x * 7 + (y // 20) * 31) % 53 == 0 else 0)
+
+    return png(size, size, ("#c89b62", "#a8703f", "#7d5837", "#464c56", "#b98a52"), pixel)
+
+
+def globe_image():
+    """Invented lands in a sea, with ice at the poles and a line every 30 degrees."""
+    width, height = 256, 128
+
+    def pixel(x, y):
+        lon, lat = 2 * math.pi * x / width + 2.4, math.pi * (0.5 - (y + 0.5) / height)
+        land = (math.sin(2 * lon + 1.3 * math.sin(3 * lat)) * math.cos(1.5 * lat) + 0.6 * math.sin(3 * lon - 2 * lat + 1) +
+                0.35 * math.sin(7 * lon + 5 * lat) * math.cos(3 * lat))
+        if abs(lat) > 1.25 + 0.06 * math.sin(5 * lon):
+            return 3
+        if land > 0.3:
+            return 2 if land > 0.95 else 1
+        return 4 if x % (width // 12) == 0 or abs((lat / math.radians(30) + 0.5) % 1 - 0.5) < 0.02 else 0
+
+    return png(width, height, ("#3d78b4", "#58a85f", "#c2a35c", "#f4f1ea", "#5b92c8"), pixel)
+
+
+def write_display(path, image):
+    with open(os.path.join(os.path.dirname(path), image), "wb") as file:
+        file.write(crate_image())
+    scene = Gltf()
+    for name, shape in (("box", box()), ("crate", crate()), ("globe", globe()), ("cylinder", frustum(0.5))):
+        scene.shape(name, shape)
+    scene.texture("boards", image)
+    scene.texture("map", globe_image())
+    scene.glass("glass", "#b8dce8", 0.3)
+    root = scene.node(None, "display")
+    scene.node(root, "floor", "cylinder", STONE, at=(0, -0.12, 0), size=(4.2, 0.12, 4.2))
+    pile = scene.node(root, "crates", at=(0, 0.6, 0))
+    scene.node(pile, "large crate", "crate", "boards", size=1.2)
+    scene.node(pile, "small crate", "crate", "boards", at=(1.25, -0.25, 0.55), size=0.7, turn=around_y(-28))
+    exhibit = scene.node(root, "exhibit", at=(0, 1.2, 0))
+    scene.node(exhibit, "foot", "cylinder", DARK, size=(0.5, 0.08, 0.5))
+    scene.node(exhibit, "rod", "cylinder", DARK, at=(0, 0.08, 0), size=(0.06, 0.12, 0.06))
+    scene.node(exhibit, "globe", "globe", "map", at=(0, 0.6, 0), size=0.84, turn=around_z(-23))
+    scene.node(exhibit, "case", "box", "glass", at=(0, 0.58, 0), size=(1.1, 1.16, 1.1))
+    scene.write(path)
+
+
 # --- the small samples ----------------------------------------------------------------------------------------------------
 
 def write_obj(path):
@@ -549,8 +678,36 @@ def write_stl(path):
             file.write(struct.pack("<12fH", *unit(cross(sub(b, a), sub(c, a))), *a, *b, *c, 0))
 
 
+def write_sign(path):
+    """A compass rose on nothing, with smooth edges: 128 by 128 pixels, colour and alpha."""
+    size, fine = 128, 4
+
+    def inside(x, y):
+        radius, angle = math.hypot(x, y), math.atan2(x, y)
+        ring = 0.80 < radius < 0.86
+        long_point = radius < 0.98 * (1 - 1.9 * abs(math.remainder(angle, math.pi / 2)))
+        short_point = radius < 0.66 * (1 - 2.3 * abs(math.remainder(angle - math.pi / 4, math.pi / 2)))
+        return ring or long_point or short_point or radius < 0.14
+
+    def pixel(column, row):
+        hits = sum(inside((column + (i + 0.5) / fine) * 2 / size - 1, 1 - (row + (k + 0.5) / fine) * 2 / size)
+                   for i in range(fine) for k in range(fine))
+        north = row < size / 2 and abs(column - size / 2) < (row + 4) / 6
+        return bytes((*((190, 60, 50) if north else (45, 65, 90)), 255 * hits // (fine * fine)))
+
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    rows = b"".join(b"\0" + b"".join(pixel(x, y) for x in range(size)) for y in range(size))
+    with open(path, "wb") as file:
+        file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", size, size, 8, 6, 0, 0, 0)) +
+                   chunk(b"IDAT", zlib.compress(rows, 9)) + chunk(b"IEND", b""))
+
+
 if __name__ == "__main__":
+    write_sign(os.path.join(FOLDER, "sign.png"))
     write_demo(os.path.join(FOLDER, "demo.glb"))
+    write_display(os.path.join(FOLDER, "display.glb"), "crate.png")
     write_obj(os.path.join(FOLDER, "bracket.obj"))
     write_ply(os.path.join(FOLDER, "wave.ply"))
     write_stl(os.path.join(FOLDER, "knot.stl"))
