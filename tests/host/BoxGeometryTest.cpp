@@ -3,13 +3,9 @@
 
 #include "host/Picker.h"
 
-#include "host/CameraNode.h"
+#include "tests/host/RandomScene.h"
 #include "host/FrameDriver.h"
-#include "host/Scene.h"
 #include "render/nodes/PaneLayout.h"
-#include "framework/model/Group.h"
-#include "framework/model/Pane.h"
-#include "framework/model/SimpleObject.h"
 #include "framework/ogl/RecorderBackend.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +14,7 @@
 #include <array>
 #include <limits>
 #include <map>
-#include <random>
+#include <optional>
 #include <vector>
 
 namespace Qor::Chart::Host {
@@ -123,66 +119,17 @@ Depths DepthsOf(
 }
 
 struct BoxGeometryTest : testing::Test {
-    double Number(double p_low, double p_high) {
-        return p_low + (p_high - p_low) * (static_cast<double>(random()) / 4294967295.0);
-    }
-    int Whole(int p_below) { return static_cast<int>(random() % static_cast<unsigned>(p_below)); }
-    bool OneIn(int p_count) { return Whole(p_count) == 0; }
-
-    Camera RandomCamera() {
-        Camera result;
-        result.SetProjectionMode(OneIn(2) ? Render::ProjectionMode::Perspective : Render::ProjectionMode::Orthographic);
-        result.Look(Number(-180, 180), Number(-90, 90));
-        return result;
-    }
-
-    void AddSymbols(Model::ModelNode& p_parent, int p_count) {
-        for (int i = 0; i < p_count; ++i) {
-            auto const shape = static_cast<Model::SymbolShape>(1 + Whole(8));
-            auto const object = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(shape));
-            object->SetTransform(Matrix4::Translation({Number(-4, 4), Number(-4, 4), Number(-4, 4)}) *
-                Matrix4::Rotation(Number(0, 360), Normalized(Vector(Number(-1, 1), Number(-1, 1), 1))) *
-                Matrix4::Scaling({Number(0.1, 3), Number(0.1, 3), Number(-3, 3)}));
-            object->SetPickable(!OneIn(5));
-            object->SetFront(OneIn(4));
-            p_parent.Add(object);
-            if (OneIn(4))
-                AddSymbols(*object, 2);
-        }
-    }
-    void AddPanes(Model::ModelNode& p_parent, int p_levels) {
-        for (int i = 0; p_levels > 0 && i < 1 + Whole(3); ++i) {
-            auto const pane = Core::MakeNode<Model::Pane>();
-            double const width = OneIn(8) ? 0 : Number(0.4, 0.9);
-            pane->SetViewport({Number(-0.1, 0.6), Number(-0.1, 0.6), width, Number(0.4, 0.9)});
-            pane->SetProjectionMode(static_cast<Model::Pane::ProjectionMode>(Whole(2)));
-            pane->SetKeepInsideParent(OneIn(3));
-            pane->SetBackgroundPickable(OneIn(2));
-            auto const group = Core::MakeNode<Model::Group>();
-            AddSymbols(*pane, 10);
-            AddSymbols(*group, 10);
-            AddPanes(*group, p_levels - 1);
-            pane->Add(group);
-            auto const view = Core::MakeNode<CameraNode>();
-            view->SetCamera(RandomCamera());
-            view->Add(pane);
-            p_parent.Add(OneIn(2) ? Core::Ptr<Model::ModelNode>(view) : pane);
-        }
-    }
-    void Fill() {
+    void Fill(unsigned p_seed) {
         scene.SetModel(Core::MakeNode<Model::Group>());
-        AddSymbols(*scene.Model(), 25);
-        AddPanes(*scene.Model(), 3);
+        random.emplace(scene, p_seed, RandomScene::Kind::Mixed);
         driver.Update();
-        camera = RandomCamera();
-        camera.Fit(scene.Bounds(), Window, scene.Parts());
-        camera.ZoomAbout(1.7, {Window.width / 2.0, Window.height / 2.0}, Window);
-        driver.Draw(camera, Window);
+        random->Fit(scene, Window);
+        driver.Draw(random->camera, Window);
         nodes.clear();
         Collect(scene.Visual());
     }
     void Collect(Core::Ptr<Render::Vis> const& p_node) {
-        if (!p_node->Empty() || OneIn(8))
+        if (!p_node->Empty() || random->OneIn(8))
             nodes.emplace_back(p_node);
         for (Core::Ptr<Render::Vis> const& child : *p_node)
             Collect(child);
@@ -191,13 +138,13 @@ struct BoxGeometryTest : testing::Test {
     /// Quarters of a pixel, so that no arithmetic rounds.
     Render::BoxSelection RandomBox() {
         static constexpr double reaches[] = {2, 60, 300, 900};
-        double const reach = reaches[Whole(4)];
+        double const reach = reaches[random->Whole(4)];
         auto const quarters = [](double p_value) { return static_cast<float>(std::floor(p_value * 4) / 4); };
-        Rectangle const box(quarters(Number(-30, 660)), quarters(Number(-30, 500)), quarters(Number(-reach, reach)),
-            quarters(Number(-reach, reach)));
+        Rectangle const box(quarters(random->Number(-30, 660)), quarters(random->Number(-30, 500)),
+            quarters(random->Number(-reach, reach)), quarters(random->Number(-reach, reach)));
         using Operation = Render::BoxSelection::Operation;
-        return {OneIn(5) ? Core::WeakPtr<Render::Vis>() : nodes[Whole(static_cast<int>(nodes.size()))], box, false,
-            Operation::Replace};
+        return {random->OneIn(5) ? Core::WeakPtr<Render::Vis>() : nodes[random->Whole(static_cast<int>(nodes.size()))],
+            box, false, Operation::Replace};
     }
 
     // What is to be found.
@@ -288,14 +235,14 @@ struct BoxGeometryTest : testing::Test {
         Place place;
         place.viewport = Window;
         place.box = p_box.Rectangle();
-        place.camera = camera.Matrix(scene.Bounds());
+        place.camera = random->camera.Matrix(scene.Bounds());
         place.projection = driver.SceneToDevice();
         for (Render::Layer const layer : {LayerBase, LayerOverlay}) {
             place.layer = layer;
             Expect(*scene.Visual(), place, p_box.Scope());
         }
 
-        auto const found = Picker(scene).Pick(camera, Window, p_box);
+        auto const found = Picker(scene).Pick(random->camera, Window, p_box);
         EXPECT_TRUE(std::ranges::is_sorted(found, &Render::HitRecord::IsBefore));
         for (Render::HitRecord const& record : found) {
             Render::Vis const* const node = record.node.Peek();
@@ -321,11 +268,10 @@ struct BoxGeometryTest : testing::Test {
         records += found.size();
     }
 
-    std::mt19937 random;
+    std::optional<RandomScene> random;
     Scene scene{std::make_unique<Ogl::RecorderBackend>(Ogl::RecorderBackend::Keep::Counters)};
     FrameDriver driver{scene};
     Ogl::Agl agl{std::make_unique<Ogl::RecorderBackend>(Ogl::RecorderBackend::Keep::Counters)};
-    Camera camera;
     std::vector<Core::WeakPtr<Render::Vis>> nodes;
     std::map<Render::Vis const*, Types::Pos> panes; ///< whose background is to be found, and where it is looked for
     std::map<Render::Vis const*, std::pair<Depths, Types::Pos>> symbols; ///< that were asked
@@ -335,8 +281,7 @@ struct BoxGeometryTest : testing::Test {
 TEST_F(BoxGeometryTest, findsExactlyWhatHasSomethingInTheRectangle) {
     int boxes = 0;
     for (unsigned seed = 1; seed <= Scenes; ++seed) {
-        random.seed(seed);
-        Fill();
+        Fill(seed);
         for (int i = 0; i < BoxesPerScene; ++i, ++boxes) {
             Render::BoxSelection const box = RandomBox();
             Compare(box);

@@ -1,14 +1,18 @@
 #include "host/Importer.h"
 
 #include "framework/library/ModelFileError.h"
+#include "framework/model/RenderStyle.h"
 #include "framework/model/SimpleObject.h"
 #include "framework/model/Symbol.h"
+#include "framework/ogl/Context.h"
 #include "host/Offscreen.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
+#include <optional>
 #include <string>
 #include <tuple>
 
@@ -85,6 +89,78 @@ TEST_F(ImporterTest, everySampleIsUpdatedAndDrawnWhole) {
         EXPECT_EQ(picture.Driver().Statistics().Drawn(), objects);
         EXPECT_EQ(picture.Driver().Statistics().graphics.primitives, triangles + result.points + result.lines);
         EXPECT_EQ(picture.GetScene().Dispatcher().ReportCount(), 0U);
+    }
+}
+
+TEST_F(ImporterTest, texturedAndTransparentMaterialsBecomeStyles) {
+    Importer::Result const result = importer.Import(Root + "examples/data/display.glb");
+    EXPECT_EQ(result.styles, 3U);
+    Objects objects;
+    Collect(result.root, "", objects);
+    EXPECT_EQ(objects.size(), result.objects);
+    using Style = Model::RenderStyle;
+    for (auto const& [path, texture, opacity, culling] :
+        {std::tuple("crates/boards/large crate", std::string("examples/data/crate.png"), 1.0, Style::Culling::None),
+            {"crates/boards/small crate", std::string("examples/data/crate.png"), 1.0, Style::Culling::None},
+            {"exhibit/map/globe", "examples/data/display.glb#*0", 1.0, Style::Culling::None},
+            {"exhibit/glass/case", "", 0.3, Style::Culling::Back}}) {
+        SCOPED_TRACE(path);
+        std::string const whole = std::string("/display.glb/display/") + path;
+        ASSERT_EQ(objects.count(whole), 1U) << "objects of one group share the style";
+        Core::Ptr<Style> style;
+        for (auto const& group : *(*result.root->begin())) {
+            for (auto const& child : *group) {
+                if (whole.find("/" + child->Name() + "/") != std::string::npos)
+                    style = Core::DynamicCast<Style>(child);
+            }
+        }
+        ASSERT_TRUE(style);
+        EXPECT_THAT(style->Texture(), testing::EndsWith(texture));
+        EXPECT_EQ(style->Texture().empty(), texture.empty());
+        EXPECT_NEAR(style->Opacity(), opacity, 1e-6);
+        EXPECT_EQ(style->GetCulling(), culling);
+        QColor const color = objects.find(whole)->second->Color();
+        EXPECT_EQ(color.alpha(), 255) << "the style's opacity must not count twice";
+        EXPECT_EQ(color == QColor(Qt::white), !texture.empty());
+    }
+}
+
+TEST_F(ImporterTest, texturesStandUprightAndBrokenOnesAreOneWarningEach) {
+    std::optional<Offscreen> picture;
+    try {
+        picture.emplace(Types::Size(400, 100), 0);
+    } catch (Ogl::ContextError const& error) {
+        GTEST_SKIP() << error.what();
+    }
+    Importer wall(picture->GetScene().Symbols());
+    picture->GetScene().Add(wall.Import(Root + "tests/data/models/textured.gltf").root);
+    picture->GetCamera().Look(Camera::View::Front);
+    QImage const image = picture->Render();
+    EXPECT_EQ(picture->GetScene().Dispatcher().ReportCount(), 3U) << "truncated, missing, garbage";
+    EXPECT_EQ(picture->Driver().Statistics().Drawn(), 9U);
+
+    // The squares of edge 1, 1.1 apart, in the rectangle that differs from the background.
+    QRect wallPixels;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) != image.pixel(0, y))
+                wallPixels |= QRect(x, y, 1, 1);
+        }
+    }
+    struct Sample {
+        double square, x, y; ///< from the square's lower left corner
+        QColor color; ///< by which channels are lit
+    };
+    for (Sample const& sample :
+        {Sample{0, 0.25, 0.75, Qt::red}, {0, 0.75, 0.75, Qt::green}, {0, 0.25, 0.25, Qt::blue},
+            {0, 0.75, 0.25, Qt::white}, {3, 0.5, 0.5, Qt::white}, {4, 0.5, 0.5, Qt::white}, {6, 0.5, 0.5, Qt::white}}) {
+        double const scale = wallPixels.width() / 9.8;
+        QColor const seen = image.pixelColor(wallPixels.left() + int(scale * (1.1 * sample.square + sample.x)),
+            wallPixels.bottom() - int(scale * sample.y));
+        int const half = std::max({seen.red(), seen.green(), seen.blue()}) / 2;
+        EXPECT_EQ(QColor(seen.red() > half ? 255 : 0, seen.green() > half ? 255 : 0, seen.blue() > half ? 255 : 0),
+            sample.color)
+            << sample.square << ": " << seen.name().toStdString();
     }
 }
 

@@ -127,7 +127,7 @@ struct InputDispatcherTest : testing::Test {
         };
         callbacks.scroll = [this](InputEvent const&) { script.Note("scroll"); };
         callbacks.keyPress = [this](InputEvent const& p_event) { script.Note("key" + std::to_string(p_event.key)); };
-        callbacks.selectBox = [this](Render::BoxSelection const&) { script.Note("box"); };
+        callbacks.selectBox = [this](Render::BoxSelection const&, bool) { script.Note("box"); };
     }
 
     /// Makes the nodes: "A:over!,out" connects two events, of which the node consumes the first.

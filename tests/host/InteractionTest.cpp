@@ -133,7 +133,7 @@ TEST_F(InteractionTest, panesAreMovedResizedAndTakenBackWithThePointer) {
 TEST_F(InteractionTest, bandsSelectKeysSwitchAndWhatNobodyWantsTurnsTheCamera) {
     std::size_t inBox = 0;
     int drags = 0;
-    input.Callbacks().selectBox = [&](Render::BoxSelection const& p_box) {
+    input.Callbacks().selectBox = [&](Render::BoxSelection const& p_box, bool) {
         inBox += Picker(scene).Pick(camera, Window, p_box).size();
     };
     input.Callbacks().drag = [&](InputEvent const&, InputCallbacks::DragPhase) { ++drags; };
@@ -146,6 +146,8 @@ TEST_F(InteractionTest, bandsSelectKeysSwitchAndWhatNobodyWantsTurnsTheCamera) {
         pane->SetProjectionMode(Model::Pane::ProjectionMode::Orthographic);
         Frame();
         input.PointerMoved(place);
+        input.KeyPressed(Render::EventInformation::KeyPerspective, Render::EventInformation::ModifierControl);
+        EXPECT_EQ(pane->GetProjectionMode(), Model::Pane::ProjectionMode::Orthographic);
         input.KeyPressed(Render::EventInformation::KeyPerspective);
         EXPECT_EQ(pane->GetProjectionMode(), Model::Pane::ProjectionMode::Perspective);
     }

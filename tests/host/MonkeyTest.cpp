@@ -7,13 +7,25 @@
 #include "host/FrameDriver.h"
 #include "host/PaneFinder.h"
 #include "host/Scene.h"
+#include "tests/host/HostileValues.h"
 #include "render/nodes/PaneLayout.h"
+#include "render/nodes/TextBox.h"
 #include "render/nodes/Toolbar.h"
 #include "render/events/EventInformation.h"
+#include "render/events/TextInputHost.h"
+#include "framework/model/ColorPicker.h"
+#include "framework/model/EventDelegate.h"
+#include "framework/model/Events.h"
 #include "framework/model/Group.h"
+#include "framework/model/ImageButton.h"
+#include "framework/model/Legend.h"
+#include "framework/model/NodeTypes.h"
 #include "framework/model/Pane.h"
 #include "framework/model/SceneGraph.h"
+#include "framework/model/SelectionList.h"
 #include "framework/model/SimpleObject.h"
+#include "framework/model/Statistics.h"
+#include "framework/model/TextBox.h"
 #include "framework/ogl/RecorderBackend.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/qordebug/highrestimer.h"
@@ -21,7 +33,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <deque>
 #include <map>
 #include <random>
 #include <set>
@@ -54,6 +68,24 @@ struct Windows : Render::PopOutHost {
     std::vector<std::pair<Core::Ptr<Model::ModelNode>, Restore>> open;
 };
 
+/// The clipboard of a computer, and an input method that knows whether it is wanted.
+struct Clipboard : Render::TextInputHost {
+    std::wstring ClipboardText() override { return text; }
+    void SetClipboardText(std::wstring const& p_text) override { text = p_text; }
+    void BeginTextInput(Rectangle const&) override { isComposing = true; }
+    void EndTextInput() override { isComposing = false; }
+    std::wstring text = L"clip\nboard \x05e9\xd800";
+    bool isComposing = false;
+};
+
+/// What a listener was told, to be compared with what is.
+struct Told {
+    Core::WeakPtr<Model::ModelNode> node;
+    Model::SelectionList::Entries selected;
+    int hovers = 0;
+    std::vector<Model::EventConnection> connections;
+};
+
 /// A scene as a window shows it.
 struct Shown {
     explicit Shown(Core::Ptr<Model::ModelNode> const& p_model) { scene.SetModel(p_model); }
@@ -71,8 +103,9 @@ class Monkey {
 public:
     explicit Monkey(unsigned p_seed) : _random(p_seed) {
         _input.SetPopOutHost(&_windows);
+        _input.SetTextInputHost(&_clipboard);
         _input.Callbacks().click = [this](auto const&, auto const&, bool) { Interfere(); };
-        _input.Callbacks().selectBox = [this](auto const&) { Interfere(); };
+        _input.Callbacks().selectBox = [this](auto const&, bool) { Interfere(); };
         _input.Callbacks().aboutToMove = [this](Core::WeakPtr<Model::ModelNode> const& p_node) {
             _dragged = Core::DynamicCast<Model::Pane>(p_node.Lock());
             _before = _dragged ? _dragged->GetViewport() : Types::Viewport<1>();
@@ -89,8 +122,9 @@ public:
 
     void Step() {
         static constexpr std::pair<int, void (Monkey::*)()> steps[] = {{40, &Monkey::Point}, {14, &Monkey::Press},
-            {14, &Monkey::Release}, {12, &Monkey::Edit}, {10, &Monkey::Frame}, {8, &Monkey::Key}, {4, &Monkey::Carry},
-            {3, &Monkey::Wait}, {5, &Monkey::Interrupt}, {2, &Monkey::Resize}, {1, &Monkey::CloseWindow}};
+            {14, &Monkey::Release}, {12, &Monkey::Edit}, {10, &Monkey::Frame}, {8, &Monkey::Key}, {8, &Monkey::Type},
+            {4, &Monkey::Carry}, {3, &Monkey::Wait}, {5, &Monkey::Interrupt}, {2, &Monkey::Resize},
+            {1, &Monkey::CloseWindow}};
         int sum = 0;
         for (auto const& step : steps)
             sum += step.first;
@@ -100,12 +134,25 @@ public:
                 (this->*step)();
             turn -= weight;
         }
+        CheckModel();
+    }
+    /// The program alone.
+    void StepOfProgram() {
+        for (int count = 1 + Whole(4); count > 0; --count)
+            Edit();
+        Frame();
+        CheckModel();
     }
 
     /// Lets go of everything and compares; gives what is wrong.
     std::string Check() {
         _input.FocusLost();
         _input.PointerLeft();
+        for (int i = 0; i < 200 && _input.HasFocus(); ++i)
+            _input.KeyPressed(Render::EventInformation::KeyTab);
+        _input.FocusGained();
+        Expect("focus behind the last node", _input.HasFocus(), false);
+        Expect("composing", _clipboard.isComposing, false);
         for (Core::Ptr<Model::ModelNode> const& node : All()) {
             if (auto const pane = Core::DynamicCast<Model::Pane>(node)) // a bar that was hidden again is still there
                 pane->SetToolbarShown(true);
@@ -115,7 +162,15 @@ public:
         Expect("dragging", _input.IsDragging(), false);
         Expect("hits outside the window", _input.Hits().size(), 0U);
         for (Report const& report : _shown.scene.Dispatcher().Reports())
-            Expect(report.text.c_str(), report.text.find(Planted) != std::string::npos, true);
+            Expect(report.text.c_str(),
+                report.kind == Report::Kind::Warning || report.text.find(Planted) != std::string::npos, true);
+        CheckModel();
+        for (Told const& told : _told) {
+            if (Nodes const nodes = All(); std::find(nodes.begin(), nodes.end(), told.node.Lock()) != nodes.end())
+                Expect("entries hovered", told.hovers, 0);
+        }
+        RenewWhatRemembers();
+        _isComparing = true;
         Shown fresh(_root);
         for (Shown* const shown : {&_shown, &fresh})
             shown->Frame(_camera, _window);
@@ -123,14 +178,18 @@ public:
         for (Shown* const shown : {&_shown, &fresh}) {
             shown->scene.Capabilities().animations = false;
             shown->driver.Draw(_camera, _window);
+            shown->scene.Capabilities().animations = true;
         }
-        Expect("draws", _shown.driver.Statistics().graphics.draws, fresh.driver.Statistics().graphics.draws);
+        // not the draws: which texts share one depends on when their glyphs came into the atlas
+        Expect("primitives", _shown.driver.Statistics().graphics.primitives,
+            fresh.driver.Statistics().graphics.primitives);
         for (int i = 0; i < 30; ++i) {
             Types::Pos const place = Somewhere();
             std::ostringstream where;
             where << "picked at " << place.x << ", " << place.y;
             Expect(where.str().c_str(), PickAt(_shown.scene, place), PickAt(fresh.scene, place));
         }
+        _isComparing = false;
         return _wrong.str();
     }
     bool IsWrong() const { return !_wrong.str().empty(); }
@@ -160,7 +219,8 @@ private:
         Types::Pos const inside =
             low + Types::Pos(x % std::max(pane.Extent().width, 1), y % std::max(pane.Extent().height, 1));
         Types::Pos const places[] = {low, {low.x, high.y}, {high.x, low.y}, high, {inside.x, high.y - 10},
-            {high.x - 22, high.y - 9}, {high.x - 43, high.y - 9}, {high.x - 12, high.y - 30}, inside, inside};
+            {high.x - 22, high.y - 9}, {high.x - 43, high.y - 9}, {high.x - 12, high.y - 30}, inside, inside,
+            low + Types::Pos(x % 80, y % 30), high - Types::Pos(x % 120, 20 + y % 80)};
         return places[Whole(static_cast<int>(std::size(places)))];
     }
     std::uint32_t Modifiers() { return OneIn(2) ? 0 : static_cast<std::uint32_t>(Whole(8)); }
@@ -177,13 +237,51 @@ private:
     void Key() {
         static constexpr int keys[] = {'O', 'P', 'F', Render::EventInformation::KeyEscape};
         int const key = keys[Whole(4)];
+        if (key == Render::EventInformation::KeyEscape && BoxWithFocus())
+            TakeBack();
         EndDrag([&] { _input.KeyPressed(key, OneIn(4) ? Modifiers() : 0); });
         if (OneIn(2))
             _input.KeyReleased(key);
     }
+    /// The Escape key ends composing, then an edit, then the focus; it does nothing while a button is down.
+    void TakeBack() {
+        Core::WeakPtr<Model::ModelNode> const weak = BoxWithFocus()->SourceModel();
+        auto const model = Core::DynamicCast<Model::TextBox>(weak.Lock());
+        std::wstring const before = model ? model->Text() : std::wstring();
+        for (int i = 0; i < 3 && _input.HasFocus(); ++i)
+            EndDrag([&] { _input.KeyPressed(Render::EventInformation::KeyEscape); });
+        if (!model || _input.HasFocus())
+            return;
+        Expect("text of the model after Escape", model->Text() == before, true);
+        if (Render::TextBox const* const box = FindBox(*_shown.scene.Visual(), model.Get()))
+            Expect("text shown after Escape", box->Field().Text() == before, true);
+    }
+    /// What a field for text understands, most of it beside the point for whoever has the focus.
+    void Type() {
+        using Info = Render::EventInformation;
+        static constexpr int keys[] = {Info::KeyTab, Info::KeyTab, Info::KeyTab, Info::KeyReturn, Info::KeyBackspace,
+            Info::KeyDelete, Info::KeyLeft, Info::KeyRight, Info::KeyUp, Info::KeyDown, Info::KeyHome, Info::KeyEnd,
+            Info::KeyPageUp, Info::KeyPageDown, Info::KeySpace, 'A', 'C', 'V', 'X', 'Y', 'Z'};
+        static std::wstring const texts[] = {L"", L"a", L"7", L"#80ff00", L"e\x0301", L"\x05e9\x05dc", L"\x6f22",
+            std::wstring(1, L'\xd800'), std::wstring(1, L'\0'), L"\t\n", std::wstring(5000, L'W')};
+        for (int count = 1 + Whole(6); count > 0; --count) {
+            std::wstring const& text = texts[Whole(static_cast<int>(std::size(texts)))];
+            int const key = keys[Whole(static_cast<int>(std::size(keys)))];
+            EndDrag([&] {
+                if (OneIn(5))
+                    return _input.TextComposed(OneIn(2) ? text : L"", texts[Whole(8)]);
+                if (OneIn(3))
+                    return _input.KeyPressed('A', 0, text);
+                _input.KeyPressed(key, key >= 'A' ? Info::ModifierControl : OneIn(3) ? Modifiers() : 0);
+                return _input.KeyReleased(key);
+            });
+        }
+    }
     void Interrupt() {
         EndDrag([&] {
-            switch (Whole(6)) {
+            switch (Whole(7)) {
+            case 5:
+                return _input.FocusGained();
             case 0:
                 return _input.PointerLeft();
             case 1:
@@ -228,7 +326,23 @@ private:
         _input.SetView(_camera, _window);
         _shown.Frame(_camera, _window);
         _input.FrameDone();
+        Expect("stacks", _shown.scene.Graphics().Depths() == Ogl::StackDepths(), true);
+        if (BoxWithFocus())
+            Expect("a box has the focus", _input.HasFocus(), true);
     }
+
+    /// The node that shows a text box and, without one, any that has the focus; null when there is none.
+    static Render::TextBox const* FindBox(Render::Vis const& p_node, Model::ModelNode const* p_model) {
+        auto const* const box = dynamic_cast<Render::TextBox const*>(&p_node);
+        if (box && (p_model ? box->SourceModel().Peek() == p_model : box->Field().Has(Render::Widget::FlagFocus)))
+            return box;
+        for (auto child = p_node.ActiveBegin(); !(child == p_node.ActiveEnd()); ++child) {
+            if (Render::TextBox const* const found = FindBox(**child, p_model))
+                return found;
+        }
+        return nullptr;
+    }
+    Render::TextBox const* BoxWithFocus() const { return FindBox(*_shown.scene.Visual(), nullptr); }
 
     /// A pane that was moved or resized is not too small, and lies in its parent as far as it can.
     template <class Input>
@@ -311,11 +425,57 @@ private:
             p_parent->Add(Core::MakeNode<Model::Group>());
             return;
         }
+        if (OneIn(2))
+            return AddAny(*p_parent);
         auto const object =
             Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
         Change(object);
         object->SetPickable(true);
         p_parent->Add(object);
+    }
+    void AddAny(Model::ModelNode& p_parent) {
+        static constexpr std::string_view types[] = {"RenderStyle", "Legend", "LegendEntry", "LegendEntry",
+            "SelectionList", "Statistics", "Bitmap", "ColorPicker", "ImageButton", "TextBox", "TextBox"};
+        auto const node = Model::FindNodeType(types[Whole(static_cast<int>(std::size(types)))])->make();
+        Nodes const nodes = All();
+        Core::Ptr<Model::ModelNode> const other = nodes[Whole(static_cast<int>(nodes.size()))];
+        if (auto const picker = Core::DynamicCast<Model::ColorPicker>(node)) {
+            if (auto const object = Core::DynamicCast<Model::SimpleObject>(other))
+                picker->SetTarget(object, Model::SimpleObject::ColorProperty);
+        } else if (auto const button = Core::DynamicCast<Model::ImageButton>(node)) {
+            button->GetAction()->SetExecute([this] { Interfere(); });
+        } else if (auto const box = Core::DynamicCast<Model::TextBox>(node)) {
+            box->SetEditable(!OneIn(5));
+        } else if (auto const legend = Core::DynamicCast<Model::Legend>(node)) {
+            for (int i = Whole(30); i > 0; --i)
+                legend->Add(Core::MakeNode<Model::LegendEntry>(std::to_wstring(i), nodes[Whole(i) % nodes.size()]));
+        }
+        Listen(node);
+        for (int i = Whole(4); i > 0; --i)
+            Change(node);
+        p_parent.Add(node);
+    }
+    void Listen(Core::Ptr<Model::ModelNode> const& p_node) {
+        Told& told = _told.emplace_back();
+        told.node = p_node;
+        auto const listen = [&]<class Event>(Event const*, auto p_note) {
+            told.connections.push_back(p_node->Delegate().Connect<Event>([this, p_note](Event const& p_event) {
+                p_note(p_event);
+                if (!_isComparing && OneIn(30))
+                    Edit();
+            }));
+        };
+        namespace Events = Model::Events;
+        listen(static_cast<Events::LegendEntryHoveredArgs*>(nullptr), [&told](auto const&) { ++told.hovers; });
+        listen(static_cast<Events::LegendEntryHoverEndedArgs*>(nullptr), [&told](auto const&) { --told.hovers; });
+        listen(static_cast<Events::TextEditedArgs*>(nullptr), [](auto const&) {});
+        listen(static_cast<Events::ColorPickedArgs*>(nullptr), [](auto const&) {});
+        listen(
+            static_cast<Events::SelectionChangedArgs*>(nullptr), [&told](Events::SelectionChangedArgs const& p_event) {
+                for (Model::SelectionEntry const& entry : p_event.Removed())
+                    std::erase(told.selected, entry);
+                told.selected.insert(told.selected.end(), p_event.Added().begin(), p_event.Added().end());
+            });
     }
     void AddPane(Model::ModelNode& p_parent) {
         auto const pane = Core::MakeNode<Model::Pane>();
@@ -359,6 +519,20 @@ private:
         } else if (auto const bar = Core::DynamicCast<Model::Toolbar>(p_node)) {
             bar->SetVertical(isOn);
             bar->SetXPosition({Types::DefinedAs::Pixels, Types::XEdge::Right, Number(0, 200)});
+        } else if (auto const list = Core::DynamicCast<Model::SelectionList>(p_node); list && !OneIn(5)) {
+            Nodes nodes = All();
+            std::shuffle(nodes.begin(), nodes.end(), _random);
+            nodes.resize(std::min<std::size_t>(nodes.size(), 6));
+            OneIn(2) ? list->Toggle(nodes[0]) : OneIn(2) ? list->Replace(nodes) : list->Deselect(nodes[0]);
+        } else if (p_node->Properties().Size() > 1) {
+            auto const& properties = p_node->Properties();
+            int const count = static_cast<int>(properties.Size()) - 1; // without the one of all nodes
+            Model::PropertyInfo const& property = properties[1 + static_cast<std::size_t>(Whole(count))];
+            std::vector<std::string> const texts = TextsFor(property);
+            if (OneIn(6))
+                p_node->Reset(property);
+            for (int i = 0; i < 10 && !Write(*p_node, property, texts[_random() % texts.size()]).empty(); ++i)
+                continue;
         }
     }
     Types::RelativeLength Length(double p_low, double p_high) {
@@ -367,6 +541,53 @@ private:
     }
 
     // What is left.
+
+    /// Legends, which may have been scrolled, get new visual nodes. Figures of past frames are left out.
+    void RenewWhatRemembers() {
+        std::vector<std::pair<Core::Ptr<Model::ModelNode>, Core::Ptr<Model::ModelNode>>> places;
+        for (Core::Ptr<Model::ModelNode> const& node : All()) {
+            if (auto const figures = Core::DynamicCast<Model::Statistics>(node))
+                figures->SetVisible(false);
+            if (!Core::DynamicCast<Model::Legend>(node))
+                continue;
+            for (Model::ModelNode* const parent : node->Parents())
+                places.emplace_back(parent, node);
+            Unlink(node);
+        }
+        Frame();
+        for (auto const& [parent, node] : places)
+            parent->Add(node);
+        Frame();
+    }
+    void CheckModel() {
+        for (Core::Ptr<Model::ModelNode> const& node : All()) {
+            if (auto const picker = Core::DynamicCast<Model::ColorPicker>(node)) {
+                Expect("valid colour", picker->Color().isValid(), true);
+                Expect("recent colours", picker->RecentColors().size() <= Model::ColorPicker::MostRecentColors, true);
+            } else if (auto const box = Core::DynamicCast<Model::TextBox>(node)) {
+                std::wstring const& text = box->Text();
+                bool const isValid = std::none_of(text.begin(), text.end(), [](wchar_t p_sign) {
+                    auto const code = static_cast<std::uint32_t>(p_sign);
+                    return code > 0x10ffff || (code >= 0xd800 && code < 0xe000);
+                });
+                Expect("valid text", isValid, true);
+            }
+        }
+        for (Told const& told : _told) {
+            if (auto const list = Core::DynamicCast<Model::SelectionList>(told.node.Lock()))
+                CheckSelection(*list, told.selected);
+        }
+    }
+    /// What the list has is what its listener was told, apart from what has gone since.
+    void CheckSelection(Model::SelectionList const& p_list, Model::SelectionList::Entries p_told) {
+        std::erase_if(p_told, [](auto const& p_entry) { return p_entry.node.Expired(); });
+        Model::SelectionList::Entries const selected = p_list.Selected();
+        Expect("selected", selected.size(), p_told.size());
+        for (Model::SelectionEntry const& entry : selected) {
+            Expect("told", std::count(p_told.begin(), p_told.end(), entry), 1);
+            Expect("alive", entry.node.Expired(), false);
+        }
+    }
 
     template <class Left, class Right>
     void Expect(char const* p_what, Left const& p_actual, Right const& p_expected) {
@@ -429,6 +650,9 @@ private:
     std::mt19937 _random;
     qordebug::manualclock _clock;
     Windows _windows;
+    Clipboard _clipboard;
+    std::deque<Told> _told;
+    bool _isComparing = false; ///< the model is to stay as it is
     Core::Ptr<Model::ModelNode> _root = Core::MakeNode<Model::SceneGraph>();
     Shown _shown{_root};
     InputDispatcher _input{_shown.scene};
@@ -460,6 +684,21 @@ TEST(MonkeyTest, noInputAndNoChangeOfTheModelLeavesAnythingBehind) {
             ++event;
         }
         ASSERT_EQ(monkey.Check(), "") << "seed " << seed << ", event " << event;
+        ASSERT_TRUE(quiet.texts(qordebug::severity::ensure).empty())
+            << "seed " << seed << ": " << testing::PrintToString(quiet.texts(qordebug::severity::ensure));
+    }
+}
+
+TEST(MonkeyTest, anyEditsOfNodesOfAllClassesLeaveTheTreeThatTheModelAsksFor) {
+    unsigned const first = FromEnvironment("QOR_MONKEY_SEED", 1);
+    unsigned const count = FromEnvironment("QOR_MONKEY_RUNS", 20);
+    for (unsigned seed = first; seed < first + count; ++seed) {
+        qordebug::CaptureScope const quiet(Utility::GetLogger());
+        Monkey monkey(seed);
+        for (int round = 0; round < 15; ++round) {
+            monkey.StepOfProgram();
+            ASSERT_EQ(monkey.Check(), "") << "seed " << seed << ", round " << round;
+        }
         ASSERT_TRUE(quiet.texts(qordebug::severity::ensure).empty())
             << "seed " << seed << ": " << testing::PrintToString(quiet.texts(qordebug::severity::ensure));
     }

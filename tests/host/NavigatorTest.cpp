@@ -10,11 +10,11 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace Qor::Chart::Host {
 namespace {
 
-using Phase = InputCallbacks::DragPhase;
 using Vector = Types::Vector3_Base<double>;
 
 /// A row of cubes in the window and three panes: one with another in it, one that lies over its corner, both seen by the
@@ -106,50 +106,36 @@ TEST_F(NavigatorTest, thePaneOnTopIsFoundWithItsRectangleAndCamera) {
     EXPECT_EQ(PaneAt({399, 89}), "plain") << "what does not show is not there";
 }
 
-TEST_F(NavigatorTest, whatIsUnderThePointerStaysThereInAPanAndAZoom) {
-    own->SetVisible(false);
-    plain->SetVisible(false);
-    Frame();
-    Types::Pos const place(430, 300);
-    std::optional<Vector> const before = HitAt(place);
-    ASSERT_TRUE(before);
-    for (bool const isTurn : {true, false}) {
-        double const zoom = camera.Zoom();
-        if (isTurn)
-            input.Scrolled(place, 3);
-        else
-            Drag(place, {430, 340}, 1);
-        Frame();
-        EXPECT_GT(camera.Zoom(), zoom * 1.1);
-        std::optional<Vector> const after = HitAt(place);
-        ASSERT_TRUE(after) << isTurn;
-        EXPECT_LT(Distance(*after, *before), 0.03) << isTurn;
-    }
-    for (auto const& [button, modifiers] : {std::pair(2U, 0U), {0U, 0U + Render::EventInformation::ModifierShift}}) {
-        Drag(place, {480, 270}, button, modifiers);
-        std::optional<Vector> const after = HitAt({480, 270});
-        ASSERT_TRUE(after) << button;
-        EXPECT_LT(Distance(*after, *before), 0.03) << button;
-        Drag({480, 270}, place, button, modifiers);
-    }
-}
-
-TEST_F(NavigatorTest, panesOfAnyProjectionArePannedAndZoomedUnderThePointer) {
+TEST_F(NavigatorTest, whatIsUnderThePointerStaysThereInAPanAndAZoomOfEveryView) {
     using Mode = Model::Pane::ProjectionMode;
-    Types::Pos const place(640, 480);
-    for (Mode const mode : {Mode::Orthographic, Mode::Perspective}) {
+    plain->SetVisible(false);
+    for (auto const& [isPane, mode, place] : {std::tuple(false, Mode::Orthographic, Types::Pos(430, 300)),
+             {true, Mode::Orthographic, {640, 480}}, {true, Mode::Perspective, {640, 480}}}) {
+        SCOPED_TRACE(testing::Message() << isPane << ", " << static_cast<int>(mode));
+        own->SetVisible(isPane);
         own->SetProjectionMode(mode);
         Frame();
         std::optional<Vector> const before = HitAt(place);
         ASSERT_TRUE(before);
-        Drag(place, {690, 430}, 2);
-        input.Scrolled({690, 430}, 3);
-        Frame();
-        std::optional<Vector> const after = HitAt({690, 430});
-        ASSERT_TRUE(after);
-        EXPECT_LT(Distance(*after, *before), 0.02);
+        auto const expectSameAt = [&](Types::Pos const& p_place, char const* p_after) {
+            Frame();
+            std::optional<Vector> const now = HitAt(p_place);
+            ASSERT_TRUE(now) << p_after;
+            EXPECT_LT(Distance(*now, *before), 0.03) << p_after;
+        };
+        Types::Pos const next = place + Types::Pos(50, -50);
+        Drag(place, next, 2);
+        expectSameAt(next, "a pan");
+        auto const zoom = [&, isShown = isPane] { return (isShown ? ownCamera->GetCamera() : camera).Zoom(); };
+        double const first = zoom();
+        input.Scrolled(next, 3);
+        expectSameAt(next, "a turn of the wheel");
+        EXPECT_GT(zoom(), first * 1.1);
+        Drag(next, next + Types::Pos(0, 20), 1);
+        expectSameAt(next, "a zoom");
+        Drag(next, place, 0, Render::EventInformation::ModifierShift);
+        expectSameAt(place, "a pan with Shift");
         navigator.FitAll();
-        Frame();
     }
     EXPECT_EQ(camera.GetProjectionMode(), Camera().GetProjectionMode()) << "the window keeps its own";
 }

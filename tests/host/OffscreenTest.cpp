@@ -2,6 +2,7 @@
 
 #include "framework/model/Group.h"
 #include "framework/model/Light.h"
+#include "framework/model/Pane.h"
 #include "framework/model/SimpleObject.h"
 #include "framework/ogl/Context.h"
 #include "host/HostError.h"
@@ -12,15 +13,41 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
-#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace Qor::Chart::Host {
 namespace {
+
+using Types::RelativeLength;
 
 Core::Ptr<Model::SimpleObject> Shape(Model::SymbolShape p_shape, QColor const& p_color) {
     auto object = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(p_shape));
     object->SetColor(p_color);
     return object;
+}
+
+Core::Ptr<Model::Pane> Pane(int p_x, int p_y, int p_width, int p_height, QColor const& p_background) {
+    auto pane = Core::MakeNode<Model::Pane>();
+    pane->SetViewport({RelativeLength::Pixels(p_x), RelativeLength::Pixels(p_y), RelativeLength::Pixels(p_width),
+        RelativeLength::Pixels(p_height)});
+    pane->SetBackgroundColor(p_background);
+    return pane;
+}
+
+/// The colour that is to be seen at a pixel, counted from the lower left corner.
+struct Sample {
+    int x, y;
+    QColor color;
+};
+
+void ExpectSamples(QImage const& p_image, std::vector<Sample> const& p_samples) {
+    for (auto const& [x, y, expected] : p_samples) {
+        QColor const color = p_image.pixelColor(x, p_image.height() - 1 - y);
+        int const difference = std::max({std::abs(color.red() - expected.red()),
+            std::abs(color.green() - expected.green()), std::abs(color.blue() - expected.blue())});
+        EXPECT_LE(difference, 8) << x << ", " << y << ": " << color.name().toStdString();
+    }
 }
 
 /// A picture with OpenGL; the test is skipped on a machine without.
@@ -48,13 +75,41 @@ TEST_F(OffscreenTest, theTopRowIsUpOverTheBackgroundAndMirrorsAndShearsAreLitLik
     picture->GetScene().Add(Shape(Model::SymbolShape::Cube, Qt::blue));
     QImage const image = picture->Render();
     ASSERT_EQ(image.size(), QSize(120, 80));
-    for (auto const& [x, y, expected] : {std::tuple(1, 1, QColor(10, 20, 200)), {118, 1, QColor(10, 20, 200)},
-             {1, 78, QColor(10, 20, 200)}, {60, 15, QColor(Qt::red)}, {60, 65, QColor(Qt::blue)}}) {
-        QColor const color = image.pixelColor(x, y);
-        int const difference = std::max({std::abs(color.red() - expected.red()),
-            std::abs(color.green() - expected.green()), std::abs(color.blue() - expected.blue())});
-        EXPECT_LE(difference, 8) << x << ", " << y << ": " << color.name().toStdString();
+    QColor const background(10, 20, 200);
+    ExpectSamples(
+        image, {{1, 78, background}, {118, 78, background}, {1, 1, background}, {60, 64, Qt::red}, {60, 14, Qt::blue}});
+}
+
+TEST_F(OffscreenTest, panesInPanesShowTheirScenesBackgroundsAndFramesCutByThoseAround) {
+    picture.emplace(Types::Size(200, 150), 0);
+    auto const outer = Pane(20, 10, 150, 130, Qt::black);
+    auto const inner = Pane(50, 40, 150, 60, Qt::yellow);
+    auto const innermost = Pane(-10, 10, 50, 80, QColor(0, 0, 0, 0));
+    auto const cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
+    cube->SetColor(Qt::red);
+    outer->SetBackgroundTopColor(QColor(Qt::white));
+    outer->SetBorderColor(Qt::blue);
+    inner->SetTitlePinned(true);
+    innermost->SetBorderColor(Qt::green);
+    for (auto const& [parent, child] : {std::pair(outer, inner), {inner, innermost}}) {
+        parent->Add(cube);
+        parent->Add(child);
     }
+    picture->GetScene().Schema().clearColor = QColor(10, 20, 30);
+    picture->GetScene().Add(outer);
+    picture->GetCamera().Look(0, 0);
+    QImage const image = picture->Render();
+
+    QColor const background(10, 20, 30);
+    ExpectSamples(image,
+        {
+            {19, 75, background}, {20, 75, Qt::blue}, {170, 75, background}, {95, 139, Qt::blue},
+            {95, 140, background}, // the frame of the outer pane
+            {22, 12, QColor(2, 2, 2)}, {22, 75, QColor(129, 129, 129)}, {22, 137, QColor(252, 252, 252)}, // it fades
+            {60, 75, Qt::red}, {71, 52, Qt::yellow}, {145, 70, Qt::red}, // cubes, the second over the first pane
+            {80, 89, Qt::darkGray}, {120, 100, QColor(198, 208, 220)}, // a title bar
+            {69, 80, Qt::red}, {70, 80, Qt::yellow}, {109, 80, Qt::green}, {110, 80, Qt::yellow}, // cut on the left
+        });
 }
 
 TEST_F(OffscreenTest, aLightOfTheModelTakesThePlaceOfTheHeadlight) {

@@ -3,13 +3,9 @@
 
 #include "host/Picker.h"
 
-#include "host/CameraNode.h"
+#include "tests/host/RandomScene.h"
 #include "host/FrameDriver.h"
-#include "host/Scene.h"
 #include "render/loops/RenderLoop.h"
-#include "framework/model/Pane.h"
-#include "framework/model/SceneGraph.h"
-#include "framework/model/SimpleObject.h"
 #include "framework/ogl/Context.h"
 #include "framework/ogl/OffscreenTarget.h"
 #include "framework/ogl/OpenGlBackend.h"
@@ -20,13 +16,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <fstream>
-#include <iomanip>
-#include <iostream>
+#include <functional>
 #include <map>
-#include <numbers>
-#include <random>
 #include <sstream>
 
 namespace Qor::Chart::Host {
@@ -34,99 +28,12 @@ namespace {
 
 using namespace Ogl::Tokens;
 using Render::HitRecord;
-using Vector = Types::Vector3_Base<double>;
 
 constexpr int Width = 640;
 constexpr int Height = 480;
 constexpr int Scenes = 12;
 constexpr int PixelsPerScene = 10000;
 Types::Viewport<0> const Window(0, 0, Width, Height);
-
-/// Symbols and nested panes at random, the same ones for the same seed.
-class RandomScene {
-public:
-    RandomScene(Scene& p_scene, unsigned p_seed, bool p_isPlain) : _random(p_seed), _isPlain(p_isPlain) {
-        AddSymbols(*p_scene.Model(), 150);
-        AddPanes(*p_scene.Model(), 3);
-        camera = RandomCamera();
-    }
-
-    double Number(double p_low, double p_high) {
-        return p_low + (p_high - p_low) * (static_cast<double>(_random()) / 4294967295.0);
-    }
-    /// Looks at the scene so that it fills the window and goes beyond it.
-    void Fit(Scene const& p_scene) {
-        camera.Fit(p_scene.Bounds(), Window, p_scene.Parts());
-        camera.ZoomAbout(1.7, {Width / 2.0, Height / 2.0}, Window);
-    }
-    int Whole(int p_below) { return static_cast<int>(_random() % static_cast<unsigned>(p_below)); }
-
-    /// By colour as it is drawn; the background of a pane has none.
-    std::map<QRgb, Model::ModelNode const*> nodes;
-    std::size_t panes = 0;
-    Camera camera;
-
-private:
-    bool OneIn(int p_count) { return Whole(p_count) == 0; }
-
-    Camera RandomCamera() {
-        Camera result;
-        result.SetProjectionMode(OneIn(2) ? Render::ProjectionMode::Perspective : Render::ProjectionMode::Orthographic);
-        result.Look(Number(-180, 180), Number(-90, 90));
-        return result;
-    }
-
-    void AddSymbols(Model::ModelNode& p_parent, int p_count) {
-        Core::Ptr<Model::Symbol> symbol;
-        Types::Matrix4 place;
-        for (int i = 0; i < p_count; ++i) {
-            if (i == 0 || !OneIn(8)) { // else the same again, in the very same place
-                symbol = Core::MakeNode<Model::Symbol>(static_cast<Model::SymbolShape>(1 + Whole(8)));
-                auto const extent = [&] { return Number(0.3, 2.5) * (OneIn(4) ? -1 : 1); };
-                place = Types::Matrix4::Translation({Number(-4, 4), Number(-4, 4), Number(-4, 4)}) *
-                    Types::Matrix4::Rotation(Number(0, 360), Normalized(Vector(Number(-1, 1), Number(-1, 1), 1))) *
-                    Types::Matrix4::Scaling({extent(), extent(), extent()});
-            }
-            auto const object = Core::MakeNode<Model::SimpleObject>(symbol);
-            object->SetTransform(place);
-            auto const id = static_cast<int>(nodes.size()) + 1;
-            QColor const color(40 + id % 200, id / 200, 0);
-            object->SetColor(color);
-            object->SetFront(!_isPlain && OneIn(4));
-            nodes[color.rgb()] = object.Get();
-            p_parent.Add(object);
-        }
-    }
-
-    void AddPanes(Model::ModelNode& p_parent, int p_levels) {
-        for (int i = 0; p_levels > 0 && i < 1 + Whole(3); ++i) {
-            auto const pane = Core::MakeNode<Model::Pane>();
-            pane->SetViewport({Number(-0.1, 0.6), Number(-0.1, 0.6), Number(0.3, 0.7), Number(0.3, 0.7)});
-            pane->SetProjectionMode(static_cast<Model::Pane::ProjectionMode>(Whole(2)));
-            pane->SetBackgroundColor(QColor(0, 0, 255, OneIn(2) ? 255 : 0));
-            pane->SetKeepInsideParent(OneIn(3));
-            if (!_isPlain) {
-                pane->SetBackgroundPickable(OneIn(2));
-                pane->SetMovable(OneIn(2));
-                pane->SetResizable(OneIn(2));
-            }
-            AddSymbols(*pane, 25);
-            AddPanes(*pane, p_levels - 1);
-            ++panes;
-            if (OneIn(2)) {
-                auto const view = Core::MakeNode<CameraNode>();
-                view->SetCamera(RandomCamera());
-                view->Add(pane);
-                p_parent.Add(view);
-            } else {
-                p_parent.Add(pane);
-            }
-        }
-    }
-
-    std::mt19937 _random;
-    bool _isPlain;
-};
 
 /// The base layer in plain colours.
 void DrawColors(Scene& p_scene, Camera const& p_camera) {
@@ -186,45 +93,39 @@ bool ShowsNear(
     return false;
 }
 
-struct Counts {
-    int pixels = 0;
-    int edges = 0;
-    int backgrounds = 0;
-    int slivers = 0;
-    int empty = 0; ///< compared, with nothing there
-    int compared = 0;
-    int agreeing = 0;
-
-    void Write(std::ostream& p_stream, std::string const& p_name, std::size_t p_objects, std::size_t p_panes) const {
-        p_stream << "| " << p_name << " | " << p_objects << " | " << p_panes << " | " << pixels << " | " << edges
-                 << " | " << backgrounds << " | " << slivers << " | " << compared << " | " << empty << " | " << agreeing
-                 << " |\n";
-    }
-    Counts& operator+=(Counts const& p_other) {
-        pixels += p_other.pixels;
-        edges += p_other.edges;
-        backgrounds += p_other.backgrounds;
-        slivers += p_other.slivers;
-        empty += p_other.empty;
-        compared += p_other.compared;
-        agreeing += p_other.agreeing;
-        return *this;
-    }
+enum Count {
+    Pixels,
+    Edges,
+    Backgrounds,
+    Slivers,
+    Compared,
+    Empty /* compared, with nothing there */,
+    Agreeing,
+    CountCount
 };
+using Counts = std::array<int, CountCount>;
+
+void WriteRow(std::ostream& p_stream, std::string const& p_name, std::size_t p_objects, std::size_t p_panes,
+    Counts const& p_counts) {
+    p_stream << "| " << p_name << " | " << p_objects << " | " << p_panes << " |";
+    for (int const count : p_counts)
+        p_stream << ' ' << count << " |";
+    p_stream << '\n';
+}
 
 Counts Compare(Scene& p_scene, RandomScene& p_random, QImage const& p_picture) {
-    Counts counts;
+    Counts counts{};
     Picker picker(p_scene);
-    for (; counts.pixels < PixelsPerScene; ++counts.pixels) {
+    for (; counts[Pixels] < PixelsPerScene; ++counts[Pixels]) {
         int const x = p_random.Whole(Width);
         int const row = p_random.Whole(Height);
         QRgb const color = p_picture.pixel(x, row);
         if (!IsInside(p_picture, x, row)) {
-            ++counts.edges;
+            ++counts[Edges];
             continue;
         }
         if (qBlue(color) == 255) {
-            ++counts.backgrounds;
+            ++counts[Backgrounds];
             continue;
         }
         auto const found = p_random.nodes.find(color);
@@ -233,13 +134,13 @@ Counts Compare(Scene& p_scene, RandomScene& p_random, QImage const& p_picture) {
         Core::Ptr<Render::Vis> const first = hits.empty() ? nullptr : hits.front().node.Lock();
         Model::ModelNode const* const picked = first ? first->SourceModel().Peek() : nullptr;
         if (seen != picked && picked && ShowsNear(p_picture, p_random, picked, x, row)) {
-            ++counts.slivers;
+            ++counts[Slivers];
             continue;
         }
-        ++counts.compared;
-        counts.empty += seen ? 0 : 1;
-        counts.agreeing += seen == picked ? 1 : 0;
-        if (seen != picked && counts.compared - counts.agreeing < 4)
+        ++counts[Compared];
+        counts[Empty] += seen ? 0 : 1;
+        counts[Agreeing] += seen == picked ? 1 : 0;
+        if (seen != picked && counts[Compared] - counts[Agreeing] < 4)
             ADD_FAILURE() << "at " << x << ',' << row << " shows " << (seen ? seen->Id() : 0) << ", but the pick gives "
                           << (picked ? picked->Id() : 0) << '\n'
                           << hits;
@@ -265,13 +166,13 @@ TEST(PickPictureTest, firstRecordIsTheNodeThatOneSees) {
     std::ostringstream table;
     table << "| scene | symbols | panes | pixels | left out: edges | left out: backgrounds | left out: slivers "
              "| compared | of these empty | agreeing |\n|---|---|---|---|---|---|---|---|---|---|\n";
-    Counts sum;
+    Counts sum{};
     std::size_t objects = 0, panes = 0;
     for (int i = 1; i <= Scenes; ++i) {
         Scene scene(std::make_unique<Ogl::OpenGlBackend>());
-        RandomScene random(scene, static_cast<unsigned>(i), true);
+        RandomScene random(scene, static_cast<unsigned>(i), RandomScene::Kind::Plain);
         FrameDriver(scene).Update();
-        random.Fit(scene);
+        random.Fit(scene, Window);
         target.Bind();
         DrawColors(scene, random.camera);
         target.Release();
@@ -279,15 +180,15 @@ TEST(PickPictureTest, firstRecordIsTheNodeThatOneSees) {
         if (!ReportFolder().empty())
             picture.save(QString::fromStdString(ReportFolder() + "pick-" + std::to_string(i) + ".png"));
         Counts const counts = Compare(scene, random, picture);
-        counts.Write(table, std::to_string(i), random.nodes.size(), random.panes);
-        sum += counts;
+        WriteRow(table, std::to_string(i), random.nodes.size(), random.panes, counts);
+        std::ranges::transform(sum, counts, sum.begin(), std::plus());
         objects += random.nodes.size();
         panes += random.panes;
-        EXPECT_GT(counts.compared, PixelsPerScene / 4) << "too little is left to compare in scene " << i;
+        EXPECT_GT(counts[Compared], PixelsPerScene / 4) << "too little is left to compare in scene " << i;
     }
-    sum.Write(table, "all", objects, panes);
-    EXPECT_EQ(sum.agreeing, sum.compared);
-    EXPECT_LE(sum.slivers, sum.compared / 5000);
+    WriteRow(table, "all", objects, panes, sum);
+    EXPECT_EQ(sum[Agreeing], sum[Compared]);
+    EXPECT_LE(sum[Slivers], sum[Compared] / 5000);
     if (!ReportFolder().empty())
         std::ofstream(ReportFolder() + "picking.table.md") << table.str();
 }
@@ -321,9 +222,9 @@ TEST(PickPictureTest, frontSymbolsPickablePanesAndDecorationsComeInTheOrderOfAPl
     std::size_t records = 0, longest = 0, overlays = 0, fronts = 0;
     for (unsigned seed = 100; seed < 112; ++seed) {
         Scene scene(std::make_unique<Ogl::RecorderBackend>(Ogl::RecorderBackend::Keep::Counters));
-        RandomScene random(scene, seed, false);
+        RandomScene random(scene, seed, RandomScene::Kind::Decorated);
         FrameDriver(scene).Update();
-        random.Fit(scene);
+        random.Fit(scene, Window);
         std::map<Render::Vis const*, std::size_t> numbers;
         Number(*scene.Visual(), numbers);
         Picker picker(scene);

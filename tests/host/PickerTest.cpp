@@ -1,5 +1,6 @@
 #include "host/Picker.h"
 
+#include "framework/model/Pane.h"
 #include "framework/model/SimpleObject.h"
 #include "framework/ogl/RecorderBackend.h"
 #include "host/Scene.h"
@@ -89,8 +90,19 @@ TEST_F(PickerTest, needsNoFrameDrawsNothingAndCountsAnew) {
     EXPECT_EQ(picker.Pick(camera, window, {{45, 120}, {2, 2}}).size(), 0U) << "left of the window";
     EXPECT_EQ(picker.Pick(camera, {}, {{0, 0}, {2, 2}}).size(), 0U);
     EXPECT_EQ(picker.Visited(), 0U);
-    Render::BoxSelection const all({}, window, false, Render::BoxSelection::Operation::Replace);
-    EXPECT_EQ(picker.Pick(camera, window, all).size(), 2U);
+    using Render::BoxSelection;
+    auto const pane = Core::MakeNode<Model::Pane>(); // clears the depths in its setup
+    pane->SetName("pane");
+    pane->SetBackgroundPickable(true);
+    scene.Add(pane);
+    driver.Update();
+    EXPECT_EQ(NameAt(window, {{200, 120}, {2, 2}}), "pane");
+    Core::WeakPtr<Render::Vis> const shown = *std::next(scene.Visual()->begin(), 2);
+    for (auto const& [scope, count] : {std::pair(Core::WeakPtr<Render::Vis>(), 2U), {shown, 1U}}) {
+        BoxSelection const box(scope, window, false, BoxSelection::Operation::Replace);
+        EXPECT_EQ(picker.Pick(camera, window, box).size(), count);
+    }
+    EXPECT_EQ(scene.Graphics().GetStatistics().clears, 0U);
     EXPECT_EQ(backend.Commands().size(), drawn);
     EXPECT_EQ(scene.Graphics().Depths(), depths);
     EXPECT_EQ(matrices(), before);

@@ -40,8 +40,9 @@ public:
         if (throwsOnException)
             throw std::runtime_error("no");
     }
-    void ReportWarning(Vis const&, std::string const& p_text, std::string const&, int p_level) override {
+    void ReportWarning(Vis const&, std::string const& p_text, std::string const& p_location, int p_level) override {
         warnings.emplace_back(p_level, p_text);
+        warningLocations.push_back(p_location);
     }
     void DispatchEvent(
         Core::WeakPtr<Model::ModelNode> const& p_node, std::shared_ptr<Model::Events::Event const>) override {
@@ -52,7 +53,7 @@ public:
 
     boost::shared_ptr<EventDispatcher> next; ///< what it gives for a node; itself when empty
     std::vector<Core::WeakPtr<Vis>> asked;
-    std::vector<std::string> exceptions, locations;
+    std::vector<std::string> exceptions, locations, warningLocations;
     std::vector<std::pair<int, std::string>> warnings;
     std::vector<Core::WeakPtr<Model::ModelNode>> events;
     std::vector<int> redraws;

@@ -3,6 +3,7 @@
 import base64
 import json
 import struct
+import zlib
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -30,7 +31,7 @@ class Buffer:
         self.bytes, self.views, self.accessors = b"", [], []
 
     def add(self, rows, kind, code, component, limits=False):
-        width = {"SCALAR": 1, "VEC3": 3, "VEC4": 4}[kind]
+        width = {"SCALAR": 1, "VEC2": 2, "VEC3": 3, "VEC4": 4}[kind]
         flat = [v for row in rows for v in (row if width > 1 else (row,))]
         packed = struct.pack(f"<{len(flat)}{code}", *flat)
         self.views.append({"buffer": 0, "byteOffset": len(self.bytes), "byteLength": len(packed)})
@@ -96,6 +97,56 @@ def gltf(name, document, binary):
     text(name, json.dumps(document, indent=1) + "\n")
 
 
+def png(rows):
+    """An image of the given rows of colours, the uppermost first."""
+    def chunk(kind, content):
+        return struct.pack(">I", len(content)) + kind + content + struct.pack(">I", zlib.crc32(kind + content))
+
+    pixels = b"".join(b"\0" + bytes(c for pixel in row for c in pixel) for row in rows)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", len(rows[0]), len(rows), 8, 2, 0, 0, 0)) +
+            chunk(b"IDAT", zlib.compress(pixels, 9)) + chunk(b"IEND", b""))
+
+
+def textured():
+    """Squares side by side along x, each with a material that says something else of its texture or transparency."""
+    quarters = png([[(255, 0, 0), (0, 255, 0)], [(0, 0, 255), (255, 255, 255)]])
+    data("four quarters.png", quarters)
+    embedded = "data:image/png;base64,"
+    images = ["four%20quarters.png", embedded + base64.b64encode(quarters).decode(),
+              embedded + base64.b64encode(quarters[:50]).decode(), "missing.png", embedded + "####"]
+    turned = {"offset": [0.25, 0.5], "rotation": 0.92729522, "scale": [2, 1]}
+    masked = {"alphaCutoff": 0.25, "alphaMode": "MASK", "doubleSided": True}
+    squares = [("external", {"index": 0}, [1, 1, 1, 1], {}), ("embedded", {"index": 1, "texCoord": 1}, [1, 0, 0, 1], masked),
+               ("turned", {"index": 0, "extensions": {"KHR_texture_transform": turned}}, [1, 1, 1, 1], {}),
+               ("truncated", {"index": 2}, [1, 1, 1, 1], {}), ("missing", {"index": 3}, [1, 1, 1, 1], {}),
+               ("garbage", {"index": 4}, [1, 1, 1, 1], {}), ("not a number", {"index": 0, "texCoord": 2}, [1, 1, 1, 1], {}),
+               ("no coordinates", {"index": 0, "texCoord": 5}, [1, 1, 1, 0.5], {"alphaMode": "BLEND"}),
+               ("opaque", None, [1, 1, 1, 0.5], {})]
+    b = Buffer()
+    corners = [(0, 0, 0), (1, 0, 0), (1, 1, 0), (0, 1, 0)]
+    attributes = {"POSITION": b.positions(corners)}
+    for i, places in enumerate(([(0, 1), (1, 1), (1, 0), (0, 0)], [(1, 0)] * 4, [(float("nan"), 0)] * 4)):
+        attributes[f"TEXCOORD_{i}"] = b.add(places, "VEC2", "f", 5126)
+    indices = b.indices([0, 1, 2, 0, 2, 3])
+    materials = []
+    for name, texture, color, more in squares:
+        look = {"baseColorFactor": color, **({"baseColorTexture": texture} if texture else {})}
+        materials.append({"name": name, "pbrMetallicRoughness": look, **more})
+    return {
+        "asset": {"version": "2.0", "generator": "make_models.py"}, "extensionsUsed": ["KHR_texture_transform"],
+        "scene": 0, "scenes": [{"nodes": [0]}],
+        "nodes": [{"name": "wall", "children": list(range(1, len(squares) + 1))}] +
+                 [{"mesh": i, "translation": [1.1 * i, 0, 0]} for i in range(len(squares))],
+        "materials": materials,
+        "meshes": [{"name": square[0], "primitives": [{"attributes": attributes, "indices": indices, "material": i}]}
+                   for i, square in enumerate(squares)],
+        "images": [{"uri": uri} for uri in images],
+        "samplers": [{}, {"wrapS": 33071, "wrapT": 33648, "magFilter": 9728, "minFilter": 9985}],
+        "textures": [{"source": i, "sampler": int(i == 1)} for i in range(len(images))],
+        "buffers": [{"byteLength": len(b.bytes)}], "bufferViews": b.views, "accessors": b.accessors,
+    }, b.bytes
+
+
 def glb(document, binary):
     document["buffers"][0].pop("uri", None)
     head = json.dumps(document, separators=(",", ":")).encode()
@@ -159,6 +210,10 @@ def main():
     data("truncated.glb", whole[:len(whole) // 2])
     gltf("scene.gltf", document, binary)
     gltf("badindex.gltf", *scene([0, 2, 3, 0, 3, 60000]))
+    gltf("textured.gltf", *textured())
+    document, binary = scene()
+    document["bufferViews"][0]["byteOffset"] = 2 ** 64 - 50
+    gltf("farview.gltf", document, binary)
     ply("tetra.ply", TETRA, TETRA_TRIANGLES, [(255, 0, 0), (0, 255, 0), (0, 0, 255), (255, 255, 255)])
     ply("points.ply", TETRA, None, [(255, 0, 0)] * 4)
     ply("badindex.ply", TETRA, TETRA_TRIANGLES + [(0, 1, 77)])

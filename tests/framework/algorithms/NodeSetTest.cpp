@@ -23,9 +23,8 @@ TEST(NodeSetTest, behavesAsASetWhateverTheOrderOfErasing) {
         ASSERT_EQ(set.Size(), model.size());
         ASSERT_EQ(set.Contains(address), model.contains(address));
     }
-    for (void const* const address : model) {
+    for (void const* const address : model)
         ASSERT_TRUE(set.Contains(address));
-    }
     EXPECT_FALSE(set.Insert(nullptr) || set.Contains(nullptr));
 }
 

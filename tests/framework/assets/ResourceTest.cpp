@@ -4,7 +4,6 @@
 #include "framework/assets/Resource.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -68,9 +67,8 @@ TEST_F(ResourceTest, anImageInMemoryIsSharedUntilItsNameComesWithOtherBytes) {
     EXPECT_EQ(load(seven), image);
     EXPECT_EQ(load(bytesOf(8))->width(), 8);
     EXPECT_EQ(image->width(), 7);
-    for (std::string const& broken : {std::string(), seven.substr(0, seven.size() / 2)}) {
+    for (std::string const& broken : {std::string(), seven.substr(0, seven.size() / 2)})
         EXPECT_THROW(load(broken), ImageError);
-    }
 }
 
 TEST_F(ResourceTest, oneSentenceTellsWhyAnImageCannotBeHad) {
@@ -97,9 +95,8 @@ TEST_F(ResourceTest, signsOfTheLibraryMayBeReplaced) {
     resource.AddFolder(folder);
     EXPECT_TRUE(resource.ImageFile("NoSuchSign").empty());
     EXPECT_EQ(cache.Image(resource.ImageFile("PopOut"))->width(), 3);
-    for (char const* name : {"Detach", "Ortho", "Perspective"}) {
+    for (char const* name : {"Detach", "Ortho", "Perspective"})
         EXPECT_EQ(cache.Image(resource.ImageFile(name))->width(), 64);
-    }
 }
 
 TEST_F(ResourceTest, shaderSourcesComeFromTheFirstFolderThatHasBothPieces) {

@@ -21,18 +21,16 @@ TEST(TextDecoderTest, brokenPiecesOfUtf8BecomeOneReplacementEach) {
         {"\xF4\x90\x80\x80", U"\xFFFD\xFFFD\xFFFD\xFFFD"}, // beyond the last
         {std::string_view("a\0b", 3), std::u32string(U"a\0b", 3)},
     };
-    for (auto const& [text, expected] : cases) {
+    for (auto const& [text, expected] : cases)
         EXPECT_EQ(TextDecoder::Utf8(text), expected) << testing::PrintToString(text);
-    }
     EXPECT_EQ(TextDecoder::Utf8("\xC3\xA4\xC3\xB6\xC3\xBC", 2), U"äö");
 }
 
 TEST(TextDecoderTest, surrogatesPairUpOrAreReplaced) {
     auto const wide = [](std::vector<unsigned> const& p_units) {
         std::wstring text;
-        for (unsigned const unit : p_units) {
+        for (unsigned const unit : p_units)
             text.push_back(static_cast<wchar_t>(unit));
-        }
         return TextDecoder::Wide(text);
     };
     EXPECT_EQ(wide({0x41, 0xD83D, 0xDE00, 0x42}), U"A\U0001F600B");

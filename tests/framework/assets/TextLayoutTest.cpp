@@ -18,9 +18,8 @@ namespace {
 class TextLayoutTest : public testing::Test {
 public:
     void SetUp() override {
-        if (Resource().FontSet("").empty()) {
+        if (Resource().FontSet("").empty())
             GTEST_SKIP() << "no font is installed";
-        }
     }
     TextLayout Layout(std::u32string const& p_text, int p_width = TextLayout::Unlimited,
         int p_height = TextLayout::Unlimited, bool p_breaksLines = true) {
@@ -30,9 +29,8 @@ public:
     std::vector<std::uint32_t> Drawn(std::u32string const& p_text) {
         TextLayout const layout = Layout(p_text);
         std::vector<std::uint32_t> glyphs;
-        for (TextLayout::Glyph const& glyph : layout.Lines()[0].glyphs) {
+        for (TextLayout::Glyph const& glyph : layout.Lines()[0].glyphs)
             glyphs.push_back(glyph.glyph);
-        }
         return glyphs;
     }
     std::uint32_t GlyphOf(char32_t p_character) { return fonts.FaceFor(p_character)->GlyphOf(p_character); }
@@ -92,9 +90,8 @@ TEST_F(TextLayoutTest, whatDoesNotFitEndsWithAnEllipsis) {
 }
 
 TEST_F(TextLayoutTest, rightToLeftTextRunsFromTheRight) {
-    if (!fonts.FaceFor(U'א') || !fonts.FaceFor(U'ب')) {
+    if (!fonts.FaceFor(U'א') || !fonts.FaceFor(U'ب'))
         GTEST_SKIP() << "no font has Hebrew and Arabic";
-    }
     EXPECT_EQ(Drawn(U"אבג"), GlyphsOf(U"גבא"));
     EXPECT_EQ(Drawn(U"x אב 12 y"), GlyphsOf(U"x 12 בא y")) << "numbers keep their order";
     EXPECT_EQ(Drawn(U"א x(y) ב"), GlyphsOf(U"ב x(y) א"));
@@ -131,9 +128,8 @@ TEST_F(TextLayoutTest, missingCharactersAreBoxesAndOneLineInTheLog) {
 TEST_F(TextLayoutTest, aTextOfAMillionCharactersIsCutShort) {
     for (std::u32string_view const piece : {U"x", U"a ", U"\n", U"א", U"\u0301", U"\u202B", U"("}) {
         std::u32string text;
-        while (text.size() < 1'000'000) {
+        while (text.size() < 1'000'000)
             text += piece;
-        }
         for (int const extent : {100, TextLayout::Unlimited}) {
             TextLayout const layout = Layout(text, extent, extent);
             EXPECT_TRUE(layout.IsElided() && layout.Height() <= extent);
@@ -163,9 +159,8 @@ TEST(FontSetTest, namesThatAreNotInstalledAndBrokenFilesFallBack) {
     resource.AddFolder(folder.string());
     qordebug::CaptureScope capture(Utility::GetLogger());
     std::vector<FontFile> const defaults = resource.FontSet("");
-    if (defaults.empty()) {
+    if (defaults.empty())
         GTEST_SKIP() << "no font is installed";
-    }
     EXPECT_TRUE(capture.empty());
     EXPECT_FALSE(resource.FontSet("No Such Family").empty() || resource.FontSet("No Such Family").empty());
     EXPECT_EQ(capture.texts().size(), 1U);

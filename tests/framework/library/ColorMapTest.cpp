@@ -3,7 +3,6 @@
 #include <QColor>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
@@ -29,9 +28,8 @@ QColor Sample(ColorMap const& p_map, double p_value) {
     auto const texel = [&](double p_index) {
         return image.pixelColor(std::clamp(static_cast<int>(p_index), 0, image.width() - 1), row);
     };
-    if (p_map.Sampling().magnification == Ogl::Tokens::AGL_NEAREST) {
+    if (p_map.Sampling().magnification == Ogl::Tokens::AGL_NEAREST)
         return texel(std::floor(s));
-    }
     double const left = std::floor(s - 0.5);
     double const part = s - 0.5 - left;
     QColor const a = texel(left);
@@ -68,9 +66,8 @@ TEST(ColorMap, handWorkedColors) {
         {"edge, from its right", ColorMap("", {{0.5, Pink}, {0.5, Lime}, {1, Lime}}), 0.5, 0xFF00FF00},
         {"edge, from its left", ColorMap("", {{1, Lime}, {0.5, Pink}}), 0.2, 0xFFFF00FF},
     };
-    for (Case const& test : cases) {
+    for (Case const& test : cases)
         EXPECT_EQ(Of(test.map.At(test.value)), test.color) << test.what;
-    }
     EXPECT_EQ(ColorMap::Named("nosuchmap"), std::nullopt);
 }
 

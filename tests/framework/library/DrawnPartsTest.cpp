@@ -26,9 +26,8 @@ float const NaN = std::numeric_limits<float>::quiet_NaN();
 QImage SixColors() {
     QImage image(3, 2, QImage::Format_ARGB32);
     std::array<QColor, 6> const colors{Qt::red, Qt::green, Qt::blue, Qt::cyan, Qt::magenta, Half};
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 6; ++i)
         image.setPixelColor(i % 3, i / 3, colors[static_cast<std::size_t>(i)]);
-    }
     return image;
 }
 
@@ -103,9 +102,8 @@ TEST_P(DrawnPartsTest, samplePointsInSpiteOfWhatTheCallerHasSet) {
     for (Case const& test : cases) {
         Reset(*agl);
         six.Bind(*agl);
-        for (Ogl::Token const capability : {AGL_LIGHTING, AGL_CULL_FACE, AGL_POLYGON_STIPPLE, AGL_LINE_STIPPLE}) {
+        for (Ogl::Token const capability : {AGL_LIGHTING, AGL_CULL_FACE, AGL_POLYGON_STIPPLE, AGL_LINE_STIPPLE})
             agl->Enable(capability);
-        }
         agl->PolygonStipple(Pattern::PolygonStipplePattern(0).data());
         agl->LineStipple(1, 0);
         agl->PolygonMode(AGL_FRONT_AND_BACK, AGL_LINE);
@@ -116,26 +114,23 @@ TEST_P(DrawnPartsTest, samplePointsInSpiteOfWhatTheCallerHasSet) {
         agl->PopMatrix();
         EXPECT_EQ(agl->Current().currentColor.color, Types::Color4f(0, 1, 0)) << test.what;
         EXPECT_TRUE(agl->IsEnabled(AGL_LIGHTING) && agl->IsEnabled(AGL_TEXTURE_2D) && !agl->IsEnabled(AGL_BLEND));
-        for (Sample const& sample : test.samples) {
+        for (Sample const& sample : test.samples)
             EXPECT_TRUE(IsNear(At(Picture(), sample.x, sample.y), sample.color))
                 << test.what << " at " << sample.x << ", " << sample.y;
-        }
     }
 }
 
 TEST_P(DrawnPartsTest, whatCannotBeSeenLeavesNoFringe) {
     QImage sign(24, 24, QImage::Format_ARGB32);
     sign.fill(0);
-    for (int i = 4; i < 20; ++i) {
+    for (int i = 4; i < 20; ++i)
         sign.setPixelColor(i, 12, Qt::white);
-    }
     Box({}, Qt::white).Draw(*agl, Area(0, 0, 63, 63));
     TexturedQuad(Area(0, 0, 63, 63))(*agl, Load(sign, Texture::Smooth));
     TexturedQuad(5, 5)(*agl, Load(sign, Texture::Smooth));
     QImage const picture = Picture();
-    for (int i = 0; i < 64 * 64; ++i) {
+    for (int i = 0; i < 64 * 64; ++i)
         ASSERT_EQ(picture.pixel(i % 64, i / 64) & 0xFFFFFFU, 0xFFFFFFU) << i;
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Gl, DrawnPartsTest,
@@ -143,47 +138,11 @@ INSTANTIATE_TEST_SUITE_P(Gl, DrawnPartsTest,
 
 TEST(DrawnParts, boxesOnTheirOwnReachTheDeviceAsOneDraw) {
     Ogl::RecordedAgl recorded;
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         Box(QColor(i, 0, 0)).Draw(recorded.agl, Bounds({0, 0, 0}, {1, 1.0 + i, 2}));
-    }
     auto const commands = recorded.Take();
     ASSERT_EQ(commands.size(), 1U);
     EXPECT_EQ(commands[0].instances.size(), 100U);
-}
-
-TEST(DrawnParts, areFoundWhereTheyAreSeen) {
-    Ogl::RecordedAgl recorded;
-    Utility::Scoped<Ogl::Agl> scope{Utility::Unscoped<Ogl::Agl>(recorded.agl)};
-    Area const pane(100, 50, 64, 64);
-    scope->Ortho2D(pane);
-    Types::Matrix4 const projection = scope->Get(AGL_MODELVIEW_MATRIX);
-    scope->LoadIdentity();
-    Texture const six(SixColors(), scope);
-    std::pair<bool, std::function<void(Ogl::Agl&)>> const parts[] = {
-        {false, [](auto& p) { Box(Qt::red).Draw(p, Target); }},
-        {true, [](auto& p) { FilledBox(Qt::red, Half).Draw(p, Target); }},
-        {true, [&](auto& p) { TexturedQuad(Target).Draw(p, six); }},
-        {false,
-            [](auto& p) {
-                Box(Qt::red).Draw(p, Bounds({10, 10, 0}, {30, 20, 0.5}));
-            }},
-        {false,
-            [](auto& p) {
-                Box(Qt::red).Draw(p, Bounds({10, 10, 0}, {30, 20, 0}));
-            }},
-    };
-    for (auto const& [isFilled, draw] : parts) {
-        std::string hits;
-        for (int const x : {10, 20, 34}) {
-            Ogl::HitBuffer buffer(4);
-            {
-                Ogl::HitDetect const detect(scope, pane, projection, {x, 15}, {1, 1}, buffer);
-                draw(recorded.agl);
-            }
-            hits += buffer.Records().empty() ? '-' : 'x';
-        }
-        EXPECT_EQ(hits, isFilled ? "xx-" : "x--") << &draw - &parts[0].second;
-    }
 }
 
 TEST(DrawnParts, anImageBeyondTheDeviceIsScaledDownWithOneWarning) {

@@ -1,6 +1,10 @@
 #include "framework/library/MeshFile.h"
 
 #include "framework/library/ModelFileError.h"
+#include "framework/library/SymbolRegistry.h"
+#include "framework/assets/ImageCache.h"
+#include "framework/assets/ImageError.h"
+#include "framework/types/Vector2.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/utility/Logger.h"
 #include "tests/framework/library/Triangles.h"
@@ -9,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -109,6 +114,75 @@ TEST(MeshFileTest, readsEachKindOfFile) {
     }
 }
 
+TEST(MeshFileTest, keepsTexturesAndWhatAlphaMeans) {
+    qordebug::CaptureScope const log(Utility::GetLogger());
+    std::string const path = ModelFile("textured.gltf");
+    SymbolRegistry const registry;
+    auto const file = registry.OpenModel(path);
+    Assets::ImageCache const cache;
+    using Alpha = MeshFile::AlphaMode;
+    struct Case {
+        std::string texture;
+        std::string image; ///< of two by two pixels; else the words of the refusal
+        std::size_t sets;
+        std::array<Types::Vector2_Base<float>, 2>
+            right; ///< texture coordinates of the lower and the upper right corner
+        Alpha alphaMode = Alpha::Opaque;
+        float alpha = 1;
+        bool isOneSided = true;
+    };
+    std::string const external = ModelFile("four quarters.png");
+    std::vector<Case> const cases{
+        {external, "", 2, {{{1, 0}, {1, 1}}}},
+        {path + "#*0", "", 2, {{{1, 1}, {1, 1}}}, Alpha::Mask, 1, false},
+        // The upper one, (1, 0) from above, is scaled to (2, 0), turned to (1.2, -1.6), and moved to (1.45, -1.1).
+        {external, "", 2, {{{2.25F, 1.5F}, {1.45F, 2.1F}}}},
+        {path + "#*1", "Cannot load the image \"" + path + "#*1\"", 2, {{{1, 0}, {1, 1}}}},
+        {ModelFile("missing.png"), "missing.png\": there is no such file", 2, {{{1, 0}, {1, 1}}}},
+        {path + "#*2", "Cannot load the image \"" + path + "#*2\"", 2, {{{1, 0}, {1, 1}}}},
+        {"", "", 0, {}},
+        {"", "", 0, {}, Alpha::Blend, 0.5F},
+        {"", "", 0, {}},
+    };
+    ASSERT_EQ(file->Meshes().size(), cases.size());
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        Case const& expected = cases[i];
+        MeshFile::MeshInfo const& mesh = file->Meshes()[i];
+        SCOPED_TRACE(mesh.material);
+        EXPECT_EQ(mesh.surface.texture, expected.texture);
+        EXPECT_EQ(mesh.surface.alphaMode, expected.alphaMode);
+        EXPECT_EQ(mesh.color.alpha, expected.alpha);
+        EXPECT_EQ(mesh.surface.isOneSided, expected.isOneSided);
+        auto const& sets = mesh.symbol.vertices->Data().texCoords;
+        EXPECT_EQ(std::ranges::count_if(sets, [](auto const& p_set) { return p_set.size() == 4; }), expected.sets);
+        if (expected.sets == 0) {
+            continue;
+        }
+        for (std::size_t corner : {0U, 1U}) {
+            EXPECT_NEAR(sets[0][corner + 1].x, expected.right[corner].x, 1e-5);
+            EXPECT_NEAR(sets[0][corner + 1].y, expected.right[corner].y, 1e-5);
+        }
+        EXPECT_EQ(sets[0][1].w, 1);
+        try {
+            EXPECT_EQ(registry.LoadImage(mesh.surface.texture, cache)->size(), QSize(2, 2));
+            EXPECT_EQ(expected.image, "");
+        } catch (Assets::ImageError const& error) {
+            EXPECT_THAT(error.what(), testing::AllOf(HasSubstr(expected.image), testing::EndsWith(".")));
+            EXPECT_NE(expected.image, "") << error.what();
+        }
+    }
+    Ogl::TextureSampling const& sampling = file->Meshes()[1].surface.sampling;
+    EXPECT_EQ(sampling.wrapS, AGL_CLAMP_TO_EDGE);
+    EXPECT_EQ(sampling.wrapT, AGL_MIRRORED_REPEAT);
+    EXPECT_EQ(sampling.minification, AGL_LINEAR_MIPMAP_NEAREST);
+    EXPECT_EQ(sampling.magnification, AGL_NEAREST);
+    EXPECT_TRUE(log.contains("2 meshes that have no texture coordinates, or infinite ones"));
+    for (char const* const name : {"#*3", "#*99999999999999999999"}) {
+        EXPECT_THROW(registry.LoadImage(path + name, cache), Assets::ImageError);
+    }
+    EXPECT_THROW(registry.LoadImage(ModelFile("garbage.glb#*0"), cache), Assets::ImageError);
+}
+
 TEST(MeshFileTest, oneSymbolOfTheWholeHasEverythingInItsPlace) {
     auto const file = MeshFile::Load(ModelFile("scene.glb"));
     qordebug::CaptureScope const log(Utility::GetLogger());
@@ -126,6 +200,8 @@ TEST(MeshFileTest, oneSymbolOfTheWholeHasEverythingInItsPlace) {
 TEST(MeshFileTest, tellsInOneSentenceWhyAFileCannotBeUsed) {
     std::string const nothing = testing::TempDir() + "nothing.obj";
     std::ofstream(nothing) << "# a comment and nothing that could be drawn\n# in it\n";
+    std::string const inCapitals = testing::TempDir() + "FARVIEW.GLTF";
+    std::ofstream(inCapitals) << std::ifstream(ModelFile("farview.gltf")).rdbuf();
     for (auto const& [path, reason] : {
              std::pair(ModelFile("missing.glb"), "there is no such file; check the path"),
              std::pair(ModelFile(""), "it is a folder"),
@@ -137,6 +213,8 @@ TEST(MeshFileTest, tellsInOneSentenceWhyAFileCannotBeUsed) {
              std::pair(ModelFile("garbage.gltf"), "it is damaged or no .gltf file"),
              std::pair(ModelFile("badindex.obj"), "damaged or no .obj file (OBJ: vertex index out of range)"),
              std::pair(ModelFile("huge.ply"), "it is damaged (it has 8 of 4000000000"),
+             std::pair(ModelFile("farview.gltf"), "it is damaged (a part of its buffers lies where no memory can be)"),
+             std::pair(inCapitals, "a part of its buffers lies where no memory can be"),
              std::pair(nothing, "there is nothing to draw in it"),
          }) {
         try {
@@ -184,7 +262,7 @@ TEST(MeshFileTest, damagedFilesEndInAnErrorOrInCleanBuffers) {
     qordebug::CaptureScope const log(Utility::GetLogger());
     std::vector<std::string> names{"cube.obj", "tetra.ply", "tetra_binary.stl", "tetra.stl"};
     if (!AllocationFailureIsFatal) {
-        names.emplace_back("scene.glb");
+        names.insert(names.end(), {"scene.glb", "textured.gltf"});
     }
     for (std::string const& name : names) {
         std::ifstream stream(ModelFile(name), std::ios::binary);

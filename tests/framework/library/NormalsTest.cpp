@@ -22,9 +22,8 @@ Mesh Renewed(Shape p_shape, bool p_shared) {
         auto& positions = mesh.vertices.positions;
         auto const found = p_shared ? std::find(positions.begin(), positions.end(), position) : positions.end();
         mesh.indices.push_back(static_cast<std::uint32_t>(found - positions.begin()));
-        if (found == positions.end()) {
+        if (found == positions.end())
             positions.push_back(position);
-        }
     }
     Normals::Generate(mesh);
     EXPECT_EQ(mesh.vertices.normals.size(), mesh.vertices.positions.size());
@@ -37,9 +36,8 @@ TEST(NormalsTest, keepsEdgesSharpAndRoundSurfacesSmooth) {
     for (bool const shared : {false, true}) {
         Mesh const cube = Renewed(Shape::Cube, shared);
         EXPECT_EQ(cube.vertices.positions.size(), shared ? 24U : 36U) << "a corner of a cube has three normals";
-        for (Vector3 const& normal : cube.vertices.normals) {
+        for (Vector3 const& normal : cube.vertices.normals)
             EXPECT_NEAR(std::max({std::abs(normal.x), std::abs(normal.y), std::abs(normal.z)}), 1, 1e-6);
-        }
         Mesh const sphere = Renewed(Shape::Sphere, shared);
         for (std::size_t i = 0; i < sphere.vertices.normals.size(); ++i) {
             Vector3 const expected = Types::Normalized(sphere.vertices.positions[i]);
@@ -61,9 +59,8 @@ TEST(NormalsTest, copesWithTrianglesWithoutAreaAndWithManyAtOneVertex) {
     fan.indices.insert(fan.indices.end(), {0, 0, 0});
     Normals::Generate(fan);
     EXPECT_EQ(fan.vertices.colors.size(), fan.vertices.positions.size());
-    for (Vector3 const& normal : fan.vertices.normals) {
+    for (Vector3 const& normal : fan.vertices.normals)
         EXPECT_NEAR(normal.z, 1, 1e-5);
-    }
 }
 
 } // namespace Qor::Chart::Library

@@ -6,7 +6,6 @@
 #include "tests/framework/library/Triangles.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 

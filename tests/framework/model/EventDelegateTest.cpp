@@ -3,7 +3,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 

@@ -4,7 +4,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace Qor::Chart::Model {
 
@@ -17,17 +16,15 @@ template <class T = Group>
 Core::Ptr<T> Named(std::string const& p_name, std::vector<Core::Ptr<ModelNode>> const& p_children = {}) {
     auto node = Core::MakeNode<T>();
     node->SetName(p_name);
-    for (Core::Ptr<ModelNode> const& child : p_children) {
+    for (Core::Ptr<ModelNode> const& child : p_children)
         node->Add(child);
-    }
     return node;
 }
 
 std::vector<std::string> ChildNames(ModelNode const& p_node) {
     std::vector<std::string> names;
-    for (Core::Ptr<ModelNode> const& child : p_node) {
+    for (Core::Ptr<ModelNode> const& child : p_node)
         names.push_back(child->Name());
-    }
     return names;
 }
 
@@ -68,9 +65,8 @@ TEST(ModelNodeTest, aCloneHasTheShapeOfTheOriginalWithoutWhatCannotBeCloned) {
 
 TEST(ModelNodeTest, cloningSurvivesDepthAndCycles) {
     Core::Ptr<ModelNode> top = Named("leaf");
-    for (int depth = 0; depth < 50'000; ++depth) {
+    for (int depth = 0; depth < 50'000; ++depth)
         top = Named("", {top});
-    }
     EXPECT_EQ(top->Clone()->Size(), 1U);
 
     auto const inner = Named("inner");

@@ -23,9 +23,8 @@ void ExpectReads(std::string const& p_text, T const& p_value) {
 
 template <class T>
 void ExpectRefuses(std::vector<std::string> const& p_texts) {
-    for (std::string const& text : p_texts) {
+    for (std::string const& text : p_texts)
         EXPECT_FALSE(ValueText<T>::Read(text)) << '"' << text << '"';
-    }
 }
 
 } // namespace
@@ -56,6 +55,7 @@ TEST(ValueTextTest, refusesWhatIsNoValue) {
     ExpectRefuses<SymbolShape>({"", "Cub", "Cubes", "1", "-1"});
     ExpectRefuses<QColor>({"", "reddish", "#12", "#gggggg", "0 1", "0 1 2", "-0.1 0 0", "0 0 0 1 1", "nan 0 0"});
     ExpectRefuses<std::optional<QColor>>({"", "nothing"});
+    ExpectRefuses<std::vector<QColor>>({"", "red;", ";", "red; nothing"});
     ExpectRefuses<SharedMatrix>({"", "1", "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0", "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1 0",
         "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 inf"});
     ExpectRefuses<Viewport>({"", "0 0 1", "0 0 1 1 1", "0 0 1 1px2px", "0 0 1 1%+2%", "0 0 1 1%+", "0 0 1 px",
@@ -87,6 +87,8 @@ TEST(ValueTextTest, whatIsWrittenReadsBackEqual) {
     expect(SharedMatrix());
     expect(std::wstring(L"Überblick \U0001F30D"));
     expect(std::optional<QColor>());
+    expect(std::vector<QColor>());
+    expect(std::vector<QColor>{Qt::red, QColor(1, 2, 3, 4)});
     EXPECT_EQ(ValueText<QColor>::Write(QColor(255, 128, 0)), "#ff8000");
 }
 

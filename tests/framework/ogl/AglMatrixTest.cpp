@@ -57,23 +57,6 @@ TEST(AglMatrix, projectionsTakeOddInput) {
     }
 }
 
-TEST(AglMatrix, unProjectInvertsTheWayToTheWindow) {
-    RecordedAgl recorded;
-    Agl& agl = recorded.agl;
-    Types::Viewport<0> const viewport(20, 30, 200, 100);
-    Matrix const modelView =
-        Matrix::Translation({1, 2, 3}) * Matrix::Rotation(40, {1, 1, 0}) * Matrix::Scaling({1, -2, 3});
-    agl.Perspective(viewport, Agl::Box({-5, -5, -5}, {5, 5, 5}), Matrix());
-    Matrix const projection = agl.Get(AGL_MODELVIEW_MATRIX);
-    Vector3 const point(0.3, -0.4, 0.2);
-    Vector3 const device = Apply(projection * modelView, point);
-    Vector3 const window(20 + (device.x + 1) * 100, 30 + (device.y + 1) * 50, (device.z + 1) / 2);
-    auto const result = Agl::UnProject(window, modelView, projection, viewport);
-    EXPECT_LT(Length(result.value() - point), 1e-9);
-    EXPECT_FALSE(Agl::UnProject(window, Matrix::Scaling({1, 0, 1}), projection, viewport).has_value());
-    EXPECT_FALSE(Agl::UnProject(window, modelView, projection, {}).has_value());
-}
-
 // A metre-sized scene at the other end of the country: floats alone would be off by half a metre.
 TEST(AglMatrix, scenesFarFromTheOriginKeepTheirPrecision) {
     RecordedAgl recorded;

@@ -66,9 +66,8 @@ public:
     static int CountDrawn(QImage const& p_image, int p_fromX = 0) {
         int count = 0;
         for (int y = 0; y < p_image.height(); ++y) {
-            for (int x = p_fromX; x < p_image.width(); ++x) {
+            for (int x = p_fromX; x < p_image.width(); ++x)
                 count += (p_image.pixel(x, y) & 0xFFFFFF) != 0 ? 1 : 0;
-            }
         }
         return count;
     }

@@ -52,20 +52,9 @@ TEST(HitDetect, handWorkedPicks) {
     double const nan = std::numeric_limits<double>::quiet_NaN();
     std::vector<Case> const cases = {
         {"nearest corner of the pick area", {50, 50}, {1, 1}, Slope, 0.49},
-        {"tolerance widens it", {50, 50}, {10, 1}, Slope, 0.4},
-        {"up to the edge of the square", {50, 50}, {40, 1}, Slope, 0.25},
         {"a tolerance below one pixel is one pixel", {50, 50}, {0, -5}, Slope, 0.49},
-        {"beside the square", {80, 50}, {4, 4}, Slope, -1},
-        {"touches it by its tolerance", {80, 50}, {6, 4}, Slope, 0.74},
         {"an outline is hit inside too", {50, 50}, {1, 1},
             [](Agl& p) { p.PolygonMode(AGL_FRONT_AND_BACK, AGL_LINE), Slope(p); }, 0.49},
-        {"clip plane through the pick area", {50, 50}, {10, 1},
-            [](Agl& p) {
-                p.ClipPlane(AGL_CLIP_PLANE0, {1, 0, 0, 0.05}), p.Enable(AGL_CLIP_PLANE0), Slope(p);
-            },
-            0.475},
-        {"culled", {50, 50}, {1, 1}, [](Agl& p) { p.Enable(AGL_CULL_FACE), p.CullFace(AGL_FRONT), Slope(p); }, -1},
-        {"depth range", {50, 50}, {1, 1}, [](Agl& p) { p.DepthRange(1, 0.5), Slope(p); }, 0.745},
         {"undefined corner", {50, 50}, {1, 1}, immediate(AGL_TRIANGLES, {{-1, -1, 0}, {1, -1, 0}, {0, nan, 0}}), -1},
         {"unfinished primitive", {50, 50}, {1, 1}, immediate(AGL_POLYGON, {{-1, -1, 0}, {1, 1, 0}}), -1},
         {"outside the pane", {130, 50}, {20, 20}, immediate(AGL_POINTS, {{1.6, 0, 0}}), -1},
@@ -158,9 +147,8 @@ TEST(HitDetect, nothingReachesTheBackEndAndAllComesBack) {
 // A text counts where its glyphs are, with no more than their rectangles.
 TEST(HitDetect, textIsTestedInsteadOfDrawn) {
     std::vector<Assets::FontFile> const fonts = Assets::Resource().FontSet("");
-    if (fonts.empty()) {
+    if (fonts.empty())
         GTEST_SKIP() << "no font is installed";
-    }
     RecordedAgl recorded;
     auto const text = recorded.agl.GenFont(fonts, 40);
     Types::Size const size = text->Extents("HH");

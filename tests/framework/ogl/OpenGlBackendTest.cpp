@@ -31,9 +31,8 @@ std::vector<GLint> HostNumbers(bool p_compatibility) {
         GL_PROVOKING_VERTEX, GL_STENCIL_FUNC, GL_STENCIL_BACK_REF, GL_STENCIL_WRITEMASK, GL_STENCIL_CLEAR_VALUE,
         GL_LINE_WIDTH, GL_DRAW_FRAMEBUFFER_BINDING, GL_READ_FRAMEBUFFER_BINDING, GL_VIEWPORT, GL_SCISSOR_BOX,
         GL_COLOR_WRITEMASK, GL_COLOR_CLEAR_VALUE, GL_SAMPLER_BINDING, GL_POLYGON_OFFSET_FACTOR, GL_POLYGON_MODE};
-    if (p_compatibility) {
+    if (p_compatibility)
         names.insert(names.end(), {0x0BC0 /* alpha test */, 0x0B42 /* polygon stipple */, 0x8861 /* point sprite */});
-    }
     std::vector<GLint> numbers;
     for (GLenum const name : names) {
         GLint value[4] = {};
@@ -102,6 +101,36 @@ TEST_P(OpenGlLife, aFrameLeavesTheHostsStateAsItWas) {
     DrawSquare(*agl, MakeSquare(*agl));
     EXPECT_EQ(HostNumbers(isCompatibility), before) << "drawing outside of a frame";
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+}
+
+// What streams take stays as it is: every round sends the same commands.
+TEST_P(OpenGlLife, heldBytesGoWithTheirLastOwner) {
+    RecordedAgl recorded;
+    for (Agl* const each : {agl.get(), &recorded.agl}) {
+        std::vector<std::uint64_t> held;
+        auto texture = std::make_shared<Texture const>(QImage(16, 8, QImage::Format_RGB32), TextureSampling());
+        auto const keeper = MakeSquare(*each);
+        each->Flush();
+        each->ResetStatistics();
+        for (auto square : {MakeSquare(*each), MakeSquare(*each), keeper}) {
+            each->Enable(AGL_TEXTURE_2D);
+            each->BindTexture(held.size() == 2 ? nullptr : texture);
+            each->Draw(square);
+            each->Flush();
+            held.push_back(each->GetStatistics().heldBytes);
+            if (held.size() == 2) {
+                texture.reset();
+            }
+        }
+        std::uint64_t const square = 4 * (12 + 12) + 6 * 4;
+        EXPECT_EQ(held[1], held[0] + square);
+        EXPECT_EQ(each->GetStatistics().triangles, 6U);
+        each->Draw(keeper);
+        each->Flush();
+        bool const hasStreams = each == agl.get();
+        EXPECT_LE(each->GetStatistics().heldBytes, held[1] - 16 * 8 * 4) << hasStreams;
+        EXPECT_TRUE(hasStreams || each->GetStatistics().heldBytes == square);
+    }
 }
 
 TEST_P(OpenGlLife, deviceObjectsGoWithTheirLastOwner) {

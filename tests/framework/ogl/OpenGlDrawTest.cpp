@@ -49,18 +49,16 @@ TEST_P(OpenGlDraw, mergingChangesNoPixel) {
         for (int i = 0; i < 300; ++i) {
             PushAttribScope const saved(*agl, AGL_ALL_ATTRIB_BITS);
             agl->PolygonMode(AGL_FRONT_AND_BACK, random() < 0.2 ? AGL_LINE : AGL_FILL);
-            if (random() < 0.2) {
+            if (random() < 0.2)
                 Blend();
-            }
             agl->LoadIdentity();
             agl->Translate(64 * random(), 64 * random(), random() - 0.5);
             agl->Scale(9, 9, 0.1);
             agl->Rotate(360 * random(), {random(), 1, random()});
             agl->Color(float(random()), float(random()), float(random()), 0.5F);
             random() < 0.2 ? Rectangle(-0.5, -0.5, 0.5, 0.5) : agl->Draw(shapes[engine() % 2]);
-            if (p_flush) {
+            if (p_flush)
                 agl->Flush();
-            }
         }
         return Picture();
     };
@@ -69,24 +67,6 @@ TEST_P(OpenGlDraw, mergingChangesNoPixel) {
         EXPECT_GT(CountDrawn(merged), 1000);
         EXPECT_EQ(merged, scene(hasDepth, true));
     }
-}
-
-TEST_P(OpenGlDraw, nestedScissorsAndMasksLimitClearsAndDraws) {
-    agl->Enable(AGL_SCISSOR_TEST);
-    agl->PushScissor();
-    agl->Scissor({8, 8, 32, 32});
-    agl->PushScissor();
-    agl->Scissor({20, 20, 40, 40});
-    agl->ColorMask(true, false, true, true);
-    agl->ClearColor(QColor(255, 255, 255));
-    agl->Clear(AGL_COLOR_BUFFER_BIT);
-    agl->Color(0, 0, 1);
-    Rectangle(0, 0, 64, 30);
-    EXPECT_EQ(CountDrawn(Picture()), 20 * 20);
-    EXPECT_EQ(At(Picture(), 20, 39), QColor(255, 0, 255));
-    EXPECT_EQ(At(Picture(), 39, 20), QColor(0, 0, 255));
-    agl->PopScissor();
-    agl->PopScissor();
 }
 
 // Each way to draw is cut at x = 32 by a plane that was given in a shifted frame.
@@ -138,10 +118,9 @@ TEST_P(OpenGlDraw, lineStippleGoesOnAroundCornersAndStartsAnewWithEachPrimitive)
                 QPoint const from = path[std::size_t(chain[i - 1])];
                 QPoint const along = path[std::size_t(chain[i])] - from;
                 int const size = std::max(std::abs(along.x()), std::abs(along.y()));
-                for (int step = 0; along.x() * along.y() == 0 && step < size; ++step, ++count) {
+                for (int step = 0; along.x() * along.y() == 0 && step < size; ++step, ++count)
                     expected[{from.x() + along.x() * step / size, from.y() + along.y() * step / size}] =
                         ((pattern >> (count / factor % 16)) & 1) != 0;
-                }
             }
         }
         VertexData data;
@@ -210,22 +189,6 @@ TEST_P(OpenGlDraw, linesThatPassTheEyeAreCut) {
     }
 }
 
-TEST_P(OpenGlDraw, outlinesHaveNoDiagonals) {
-    auto const square = MakeSquare(*agl);
-    agl->PolygonMode(AGL_FRONT_AND_BACK, AGL_LINE);
-    for (int const width : {1, 3}) {
-        for (bool const isBuffer : {false, true}) {
-            Reset(*agl);
-            agl->LineWidth(float(width));
-            agl->Translate(32.5, 32.5, 0);
-            agl->Scale(30, 30, 1);
-            isBuffer ? agl->Draw(square) : Rectangle(-0.5, -0.5, 0.5, 0.5);
-            EXPECT_NEAR(CountDrawn(Picture()), 4 * 30 * width, 6 * width) << isBuffer;
-            EXPECT_EQ(Middle(), QColor(0, 0, 0)) << isBuffer;
-        }
-    }
-}
-
 // Normals follow any affine matrix: the drawn face has the brightness of its true slope.
 TEST_P(OpenGlDraw, facesAreLitRightUnderMirrorShearAndUnevenScale) {
     Matrix4 shear;
@@ -265,10 +228,9 @@ TEST_P(OpenGlDraw, genericShaderLightsWithItsHeadlightOrTheLightsInForce) {
         return Middle();
     };
     Bind<Shader> const shader(*agl, agl->GenGenericShader());
-    for (auto const& [tilt, scaleX] : {std::pair(0, 1), {180, 1}, {0, -1}}) {
+    for (auto const& [tilt, scaleX] : {std::pair(0, 1), {180, 1}, {0, -1}})
         EXPECT_TRUE(IsNear(draw(tilt, scaleX), QColor(255, 128, 0)))
             << "without colours of vertices, backs are lit too";
-    }
     LightUp();
     agl->LoadIdentity();
     agl->Light(AGL_LIGHT0, AGL_POSITION, Vector4(1, 0, 1, 0));
@@ -281,9 +243,8 @@ TEST_P(OpenGlDraw, genericShaderLightsWithItsHeadlightOrTheLightsInForce) {
 
 TEST_P(OpenGlDraw, smoothedTargetsMixPixelsAtEdges) {
     OffscreenTarget smooth(Size, Size, 4);
-    if (smooth.Samples() == 0) {
+    if (smooth.Samples() == 0)
         GTEST_SKIP() << "The device has one sample a pixel only.";
-    }
     agl->Flush();
     smooth.Bind();
     Reset(*agl);
@@ -293,9 +254,8 @@ TEST_P(OpenGlDraw, smoothedTargetsMixPixelsAtEdges) {
     EXPECT_EQ(picture, smooth.Read());
     smooth.Release();
     std::set<QRgb> shades;
-    for (int i = 0; i < Size * Size; ++i) {
+    for (int i = 0; i < Size * Size; ++i)
         shades.insert(picture.pixel(i % Size, i / Size));
-    }
     EXPECT_GT(shades.size(), 3U) << "black, white and what lies between";
 }
 

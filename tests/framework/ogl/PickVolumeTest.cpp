@@ -1,5 +1,6 @@
 #include "framework/ogl/PickVolume.h"
 
+#include "tests/framework/ogl/referee/Random.h"
 #include "framework/ogl/PrimitiveBuffer.h"
 #include "framework/ogl/PrimitiveTree.h"
 
@@ -8,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <random>
 
 namespace Qor::Chart::Ogl {
 namespace {
@@ -16,16 +16,7 @@ namespace {
 using Vector3 = Types::Vector3_Base<double>;
 using Vector4 = PickVolume::Vector4;
 using Matrix4 = Types::Matrix4;
-
-class Random {
-public:
-    explicit Random(unsigned p_seed) : _engine(p_seed) {}
-    double In(double p_low, double p_high) { return std::uniform_real_distribution<>(p_low, p_high)(_engine); }
-    Vector3 Point(double p_reach) { return {In(-p_reach, p_reach), In(-p_reach, p_reach), In(-p_reach, p_reach)}; }
-
-private:
-    std::mt19937 _engine;
-};
+using Referee::Random;
 
 State MakeState(Random& p_random) {
     State state;
@@ -87,9 +78,8 @@ double BruteForce(PrimitiveBuffer const& p_buffer, PickVolume const& p_volume) {
     double nearest = PickVolume::NoHit;
     for (std::size_t i = 0; i < indices.size(); i += corners) {
         std::vector<Vector4> positions;
-        for (std::uint32_t const index : indices.subspan(i, corners)) {
+        for (std::uint32_t const index : indices.subspan(i, corners))
             positions.emplace_back(Vector3(p_buffer.Vertices()->Data().positions[index]), 1);
-        }
         nearest = std::min(nearest, p_volume.Depth(positions));
     }
     return nearest;

@@ -52,9 +52,8 @@ inline std::shared_ptr<PrimitiveBuffer const> MakeSquare(Agl& p_agl) {
 /// Draws vertices one by one.
 inline void DrawImmediate(Agl& p_agl, Token p_kind, std::vector<Agl::Vector3> const& p_vertices) {
     p_agl.Begin(p_kind);
-    for (Agl::Vector3 const& vertex : p_vertices) {
+    for (Agl::Vector3 const& vertex : p_vertices)
         p_agl.Vertex(vertex);
-    }
     p_agl.End();
 }
 

@@ -1,4 +1,4 @@
-#include "framework/ogl/Text.h"
+#include "framework/ogl/TextBlock.h"
 
 #include "tests/framework/ogl/GlTest.h"
 
@@ -22,9 +22,8 @@ QRect Drawn(QImage const& p_image) {
     QRect result;
     for (int y = 0; y < p_image.height(); ++y) {
         for (int x = 0; x < p_image.width(); ++x) {
-            if ((p_image.pixel(x, y) & 0xFFFFFF) != 0) {
+            if ((p_image.pixel(x, y) & 0xFFFFFF) != 0)
                 result |= QRect(x, p_image.height() - 1 - y, 1, 1);
-            }
         }
     }
     return result;
@@ -34,12 +33,10 @@ class TextTest : public GlTest {
 public:
     void SetUp() override {
         GlTest::SetUp();
-        if (IsSkipped()) {
+        if (IsSkipped())
             return;
-        }
-        if (DefaultFonts().empty()) {
+        if (DefaultFonts().empty())
             GTEST_SKIP() << "no font is installed";
-        }
         text = agl->GenFont(DefaultFonts(), 12);
         text->SetColor(QColor(Qt::white));
     }
@@ -108,6 +105,36 @@ TEST_P(TextTest, colourAndStateOfTheCallerAreKept) {
     EXPECT_EQ(agl->Current().enables, before.enables);
     EXPECT_EQ(agl->Current().currentColor.color, before.currentColor.color);
     EXPECT_EQ(agl->Current().textures[0].texture, before.textures[0].texture);
+}
+
+TEST_P(TextTest, aBlockOfTextsLooksAsTheTextsDoInOneDraw) {
+    TextBlock block;
+    std::vector<QImage> pictures;
+    for (bool const inBlock : {true, false}) { // the glyphs are new to the block
+        Reset(*agl);
+        for (int i = 0; i < 3; ++i) {
+            Types::Viewport<0> const rectangle(5.4F * float(i), 20.0F * float(i), 40, 18);
+            std::string const string = i == 2 ? "W\xC3\xA4g" : "Wag";
+            text->SetColor(i == 1 ? QColor(255, 0, 0) : QColor(0, 255, 0, 128));
+            text->SetHorizontalAlignment(i == 1 ? HorizontalAlignment::Right : HorizontalAlignment::Left);
+            inBlock ? block.Add(*text, string, rectangle) : text->Draw(*agl, string, rectangle);
+        }
+        for (int frame = 0; inBlock && frame < 2; ++frame) {
+            Reset(*agl);
+            agl->Enable(AGL_LIGHTING);
+            agl->Color(0, 0, 1);
+            agl->Flush();
+            agl->ResetStatistics();
+            block.Draw(*agl);
+            pictures.push_back(Picture());
+            EXPECT_EQ(agl->GetStatistics().drawCalls, 1U);
+        }
+    }
+    pictures.push_back(Picture());
+    EXPECT_THAT(pictures, testing::Each(pictures.front()));
+    EXPECT_FALSE(Drawn(pictures.front()).isEmpty());
+    block.Clear();
+    EXPECT_TRUE(block.IsEmpty());
 }
 
 TEST_P(TextTest, manyTextsAreOneDraw) {

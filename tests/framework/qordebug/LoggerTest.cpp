@@ -3,7 +3,6 @@
 #include "framework/qordebug/sink.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <thread>
 

@@ -53,9 +53,8 @@ TEST(BoundingBoxTest, transformedBoxIsTheBoxOfTheCorners) {
         Box const box(point(), point());
         Matrix4 matrix = Matrix4::Translation(point()) * Matrix4::Rotation(number(random) * 36, point());
         matrix.Set(0, 1, number(random));
-        if (round % 3 == 0) {
+        if (round % 3 == 0)
             matrix = Matrix4::Perspective(60, 1, 0.5, 50) * Matrix4::Translation({0, 0, -40}) * matrix;
-        }
         Box expected;
         bool behindTheEye = false;
         for (unsigned corner = 0; corner < 8; ++corner) {

@@ -15,9 +15,8 @@ constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 TEST(MathTest, clampAndTruncateAlwaysGiveAValueInRange) {
-    for (auto const& [value, expected] : {std::pair(NaN, 0.0), std::pair(Infinity, 1.0), std::pair(0.5, 0.5)}) {
+    for (auto const& [value, expected] : {std::pair(NaN, 0.0), std::pair(Infinity, 1.0), std::pair(0.5, 0.5)})
         EXPECT_EQ(Math::Clamp<double>(value, 0, 1), expected);
-    }
     EXPECT_EQ(Math::Truncate(1e30), std::numeric_limits<int>::max());
     EXPECT_EQ(Math::Truncate(-1e30), std::numeric_limits<int>::min());
     EXPECT_EQ(Math::Truncate(NaN), 0);

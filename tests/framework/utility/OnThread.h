@@ -17,9 +17,8 @@ inline void OnThread(std::size_t p_stack, std::function<void()> p_work) {
     pthread_attr_init(&attributes);
     pthread_attr_setstacksize(&attributes, p_stack);
     pthread_t thread{};
-    if (pthread_create(&thread, &attributes, run, &p_work) == 0) {
+    if (pthread_create(&thread, &attributes, run, &p_work) == 0)
         pthread_join(thread, nullptr);
-    }
     pthread_attr_destroy(&attributes);
 }
 

@@ -5,7 +5,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 
@@ -15,9 +14,8 @@ struct Device {
     void EnterScope() { depth += fails ? throw std::runtime_error("lost") : 1; }
     void LeaveScope() {
         --depth;
-        if (fails) {
+        if (fails)
             throw std::runtime_error("lost");
-        }
     }
     int depth = 0;
     bool fails = false;

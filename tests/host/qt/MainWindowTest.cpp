@@ -2,6 +2,7 @@
 
 #include "framework/model/Pane.h"
 #include "framework/model/SceneGraph.h"
+#include "framework/model/Statistics.h"
 #include "host/qt/SceneWindow.h"
 #include "render/events/EventInformation.h"
 
@@ -9,6 +10,8 @@
 #include <QListWidget>
 #include <QTest>
 #include <gmock/gmock.h>
+
+#include <algorithm>
 
 namespace Qor::Chart::QorView {
 namespace {
@@ -48,6 +51,28 @@ TEST_F(MainWindowTest, clicksSelectAndButtonsLeaveTheSelectionAlone) {
     Click(island, Render::EventInformation::ModifierControl);
     Click(island, Render::EventInformation::ModifierControl);
     EXPECT_EQ(window->Selected().Count(), 1U) << "a double click is one";
+}
+
+TEST_F(MainWindowTest, theKeyForStatisticsShowsThemInAllWindows) {
+    View().Input().GetPopOutHost()->PopOut(
+        [](auto const&) { return Core::MakeNode<Model::SceneGraph>(); }, {200, 150}, {}, {});
+    Host::SceneView& other = View().PopOuts().Windows().front()->View();
+    auto const shown = [](Host::SceneView& p_view) {
+        Model::ModelNode const& root = *p_view.GetScene().Model();
+        return std::ranges::count_if(root, [](Core::Ptr<Model::ModelNode> const& p_node) {
+            return Core::DynamicCast<Model::Statistics>(p_node) && p_node->IsVisible();
+        });
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return other.Driver().Statistics().frame > 0; }));
+    for (int const expected : {1, 0, 1}) {
+        (expected == 0 ? other : View()).Input().KeyPressed('S', 0);
+        EXPECT_EQ(shown(View()), expected);
+        EXPECT_EQ(shown(other), expected);
+    }
+    QTest::qWait(500);
+    std::uint32_t const frames = View().Driver().Statistics().frame;
+    QTest::qWait(500);
+    EXPECT_EQ(View().Driver().Statistics().frame, frames) << "the figures keep no window awake";
 }
 
 TEST_F(MainWindowTest, reportsOfEachWindowAreListedOnce) {

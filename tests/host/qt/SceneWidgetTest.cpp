@@ -189,7 +189,7 @@ TEST_F(SceneWidgetTest, panesAreMovedResizedBandSelectedSwitchedAndPoppedOut) {
         << "by the lower right grip, to " << pane->GetViewport();
 
     std::vector<Types::Viewport<0>> boxes;
-    widget->View().Input().Callbacks().selectBox = [&](Render::BoxSelection const& p_box) {
+    widget->View().Input().Callbacks().selectBox = [&](Render::BoxSelection const& p_box, bool) {
         boxes.push_back(p_box.Rectangle());
     };
     Drag({150, 60}, {300, 150}, Qt::ControlModifier);

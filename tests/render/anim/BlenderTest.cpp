@@ -5,7 +5,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <limits>
 
@@ -42,16 +41,6 @@ TEST(NumericIncrementerTest, valuesLieOnTheWayAndAreTruncated) {
     qordebug::CaptureScope log(Utility::GetLogger());
     EXPECT_EQ(whole(0, 10, 11, 10), 10);
     EXPECT_THAT(log.texts(), ::testing::ElementsAre(::testing::StartsWith("\"p_step <= p_of\" - ")));
-}
-
-TEST(ColorBlenderTest, everyChannelIsBlendedAndKeptInRange) {
-    ColorBlender const blend;
-    QColor const faint = blend(QColor(255, 0, 0, 0), QColor(0, 0, 255, 255), 1, 4);
-    EXPECT_NEAR(faint.redF(), 0.75, 1e-4);
-    EXPECT_NEAR(faint.blueF(), 0.25, 1e-4);
-    EXPECT_NEAR(faint.alphaF(), 0.25, 1e-4);
-    EXPECT_EQ(blend(Qt::black, Qt::white, 30, 10), QColor(Qt::white));
-    EXPECT_TRUE(blend(QColor(), Qt::white, 0, 0).isValid()) << "a step of none";
 }
 
 TEST(BlenderTest, newTargetsStartFromThePresentValueAndJumpsEndTheMovement) {

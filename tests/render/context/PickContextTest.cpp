@@ -5,7 +5,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace Qor::Chart::Render {
 namespace {

@@ -5,7 +5,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
@@ -144,37 +143,23 @@ TEST_F(ExplicitModificationTrackerTest, comingAndLeavingCancelAsInAPlainList) {
     }
 }
 
-TEST_F(ExplicitModificationTrackerTest, aRetriedChildIsRecordedWithoutCountingAsAChange) {
-    auto const child = Core::MakeNode<Model::Group>();
-    tracker.RetryAdded(WeakPtr<Node>(child));
-    EXPECT_FALSE(tracker.Modified());
-    EXPECT_EQ(Added(), std::vector<WeakPtr<Node>>{WeakPtr<Node>(child)});
-    EXPECT_FALSE(tracker.OnlyCallbacksModified()) << "the next visit must not stop at the callbacks";
-}
-
 TEST_F(ExplicitModificationTrackerTest, brokenConditionsAreReportedAndTheChangeStillCounts) {
     WeakPtr<Node> const expired(Core::MakeNode<Model::Group>());
-    struct Case {
-        IModifiable::Change change;
-        boost::any data;
-        char const* condition;
-    };
-    for (auto const& [change, data, condition] : std::vector<Case>{
-             {IModifiable::ChangeAdd, {}, "!p_data.empty()"},
-             {IModifiable::ChangeClear, {}, "!p_data.empty()"},
-             {IModifiable::ChangeAdd, expired, "(p_change == IModifiable::ChangeRemove) || !tmp.Expired()"},
-             {IModifiable::ChangeRemove, WeakPtr<Node>(), "p_node != WeakPtr<Node>()"},
-             {IModifiable::ChangeClear, expired, "p_data.type() == typeid(NodeList)"},
-             {IModifiable::ChangeAdd, 7, "p_data.type() == typeid(WeakPtr<Node>)"},
+    for (auto const& [change, data] : std::vector<std::pair<IModifiable::Change, boost::any>>{
+             {IModifiable::ChangeAdd, {}},
+             {IModifiable::ChangeClear, {}},
+             {IModifiable::ChangeAdd, expired},
+             {IModifiable::ChangeRemove, WeakPtr<Node>()},
+             {IModifiable::ChangeClear, expired},
+             {IModifiable::ChangeAdd, 7},
          }) {
         tracker.Reset();
         qordebug::CaptureScope const capture(Utility::GetLogger());
         Insert(0, change, 1, data);
         EXPECT_THAT(capture.texts(qordebug::severity::ensure),
-            testing::ElementsAre(testing::AllOf(testing::StartsWith("\"" + std::string(condition) + "\" - "),
-                testing::HasSubstr("ExplicitModificationTracker::Insert"))));
-        EXPECT_EQ(State(), "1100[000000]") << condition;
-        EXPECT_TRUE(Added().empty() && Removed().empty()) << condition;
+            testing::ElementsAre(testing::HasSubstr("ExplicitModificationTracker::Insert")));
+        EXPECT_EQ(State(), "1100[000000]");
+        EXPECT_TRUE(Added().empty() && Removed().empty());
     }
 }
 

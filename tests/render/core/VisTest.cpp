@@ -6,7 +6,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <limits>
@@ -47,13 +46,7 @@ private:
 };
 
 struct Hooks : VisHooks {
-    using VisHooks::BoundingBox;
-    using VisHooks::ClearPendingUpdateAttempt;
-    using VisHooks::Draw;
-    using VisHooks::Hit;
-    using VisHooks::PostUpdate;
     using VisHooks::Tracker;
-    using VisHooks::Update;
 };
 
 Core::Ptr<TestVis> MakeEnabled() {
@@ -61,51 +54,7 @@ Core::Ptr<TestVis> MakeEnabled() {
     return Core::MakeNode<TestVis>(0, model);
 }
 
-std::string CallbacksOf(Vis const& p_vis) {
-    std::ostringstream text;
-    text << p_vis.Tracker().CallbacksModified();
-    return text.str();
-}
-
 } // namespace
-
-TEST(Vis, movesBetweenItsStatesOnlyAsItShould) {
-    struct Case {
-        char const* events; ///< active, Inactive, invalid, pending, touch, completion
-        char const* state; ///< valid, pending, attempt (u), active
-        bool isFullyTouched;
-    };
-    for (auto const& [events, state, isFullyTouched] : {
-             Case{"a", "va", false},
-             Case{"ait", "va", true},
-             Case{"ap", "vp", false},
-             Case{"aptt", "vua", true},
-             Case{"aptc", "va", true},
-             Case{"apit", "vua", true},
-             Case{"aptp", "vpu", true},
-             Case{"apiI", "p", false},
-         }) {
-        auto const vis = MakeEnabled();
-        Hooks::Tracker(*vis).Reset();
-        for (char const* event = events; *event != 0; ++event) {
-            if (*event == 'a' || *event == 'I')
-                vis->SetActive(*event == 'a');
-            else if (*event == 'i')
-                vis->SetInvalid();
-            else if (*event == 'p')
-                vis->SetPending();
-            else if (*event == 'c')
-                Hooks::ClearPendingUpdateAttempt(*vis);
-            else
-                vis->TouchThis(IModifiable::ModifiableTypeProperty, {}, IModifiable::RelationshipFurther, {}, {}, {});
-        }
-        EXPECT_EQ(std::string(vis->IsValid() ? "v" : "") + (vis->IsPending() ? "p" : "") +
-                (vis->IsPendingUpdateAttempt() ? "u" : "") + (vis->IsActive() ? "a" : ""),
-            state)
-            << events;
-        EXPECT_EQ(CallbacksOf(*vis), isFullyTouched ? "[111111]" : "[000000]") << events;
-    }
-}
 
 TEST(Vis, aDisabledNodesChangesReachOthersAsFurther) {
     Model const model = Core::MakeNode<Chart::Model::Group>();
@@ -174,33 +123,6 @@ TEST(Vis, hooksAndPassesOutOfRangeAreRefused) {
             EXPECT_THAT(call,
                 testing::Throws<std::out_of_range>(
                     testing::Property(&std::out_of_range::what, testing::StrEq("invalid bitset<N> position"))));
-    }
-}
-
-TEST(Vis, anUnwrittenHookIsReportedWithItsSignature) {
-    auto const vis = MakeEnabled();
-    char nothing = 0; // the hooks do not look at what they are given
-    auto& update = reinterpret_cast<UpdateContext&>(nothing);
-    auto& draw = reinterpret_cast<DrawContext&>(nothing);
-    auto& point = reinterpret_cast<PickPoint&>(nothing);
-    auto& hit = reinterpret_cast<HitResult&>(nothing);
-    Types::BoundingBox_Base<double> const box({1, 2, 3}, {4, 5, 6});
-    struct Case {
-        char const* name;
-        std::function<bool()> call; ///< true when the answer is right
-    };
-    for (auto const& [name, call] : std::vector<Case>{
-             {"DoUpdate", [&] { return Hooks::Update(*vis, update) == NodeStatusInvalid; }},
-             {"DoPostUpdate", [&] { return Hooks::PostUpdate(*vis, update), true; }},
-             {"DoDraw", [&] { return Hooks::Draw(*vis, draw) == 0; }},
-             {"DoHit", [&] { return Hooks::Hit(*vis, draw, point, hit); }},
-             {"DoBoundingBox", [&] { return Hooks::BoundingBox(*vis, box) == box; }},
-         }) {
-        qordebug::CaptureScope const capture(Utility::GetLogger());
-        EXPECT_TRUE(call()) << name;
-        EXPECT_THAT(capture.texts(qordebug::severity::sentry),
-            testing::ElementsAre(
-                testing::ContainsRegex("Qor::Chart::Render::Vis::" + std::string(name) + "\\(.* @line[0-9]+$")));
     }
 }
 

@@ -3,7 +3,6 @@
 #include "render/core/Vis.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 #include <string>

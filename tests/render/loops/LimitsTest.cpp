@@ -4,9 +4,7 @@
 #include "framework/core/Exceptions.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 
 /// Trees far deeper, wider and more entangled than any that people make.
@@ -30,7 +28,7 @@ std::vector<Core::Ptr<ScriptModel>> MakeChain(int p_levels) {
 
 TEST(LimitsTest, tenThousandLevelsGoThroughAWholeFrameOnTheDefaultStack) {
     static constexpr unsigned levels = 10000;
-    RunOnStack(DefaultStack, [] {
+    OnThread(DefaultStack, [] {
         Stage stage;
         auto const chain = MakeChain(levels);
         Core::Ptr<Vis> const root = stage.generator(chain.front());
@@ -63,53 +61,18 @@ TEST(LimitsTest, aTreeTooDeepIsOneErrorAndEverythingCanBeUsedAgain) {
     };
     for (auto const& [what, step] : steps) {
         SCOPED_TRACE(what);
-        RunOnStack(std::size_t{512} << 10U, [&] {
+        OnThread(std::size_t{512} << 10U, [&] {
             EXPECT_THAT(step, ::testing::ThrowsMessage<Core::TreeTooDeepExcept>(HasSubstr("Flatten the tree")));
         });
         EXPECT_EQ(chain.front()->uses.empty(), !root);
         EXPECT_EQ(stage.agl.Depths(), Ogl::StackDepths());
         EXPECT_EQ(context.ModelView().Size(), 1U);
-        RunOnStack(DefaultStack, step);
+        OnThread(DefaultStack, step);
         EXPECT_TRUE(root->IsValid());
     }
     EXPECT_EQ(chain.back()->uses.front()->GetPath().Size(), static_cast<std::size_t>(levels));
     EXPECT_EQ(loop.DrawnCount(), static_cast<std::uint32_t>(levels));
     EXPECT_TRUE(stage.dispatcher.exceptions.empty());
-}
-
-/// A model node that counts what reaches it.
-class CountingModel : public Model::ModelNode {
-public:
-    void TouchThis(ModifiableType p_type, Change p_change, Relationship p_relationship,
-        Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name, boost::any const& p_data) override {
-        ++reached;
-        nearest = std::min(nearest, static_cast<int>(p_relationship));
-        ModelNode::TouchThis(p_type, p_change, p_relationship, p_node, p_name, p_data);
-    }
-    int reached = 0;
-    int nearest = 99;
-};
-
-TEST(LimitsTest, aChangeBelowTwentyDiamondsReachesEveryNodeOnce) {
-    constexpr int diamonds = 20;
-    std::vector<Core::Ptr<CountingModel>> nodes{Core::MakeNode<CountingModel>()};
-    for (int i = 0; i < diamonds; ++i) {
-        Core::Ptr<CountingModel> const below = nodes.back();
-        for (int part = 0; part < 3; ++part)
-            nodes.push_back(Core::MakeNode<CountingModel>());
-        nodes[nodes.size() - 3]->Add(below);
-        nodes[nodes.size() - 2]->Add(below);
-        nodes.back()->Add(nodes[nodes.size() - 3]);
-        nodes.back()->Add(nodes[nodes.size() - 2]);
-        nodes.back()->Add(below); // and a short cut, so that the smallest relationship is not the first to come
-    }
-    for (auto const& node : nodes)
-        node->reached = 0, node->nearest = 99;
-    nodes.front()->Touch();
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        EXPECT_EQ(nodes[i]->reached, 1) << i;
-        EXPECT_EQ(nodes[i]->nearest, i == 0 ? 0 : i <= 3 ? 1 : 2) << i;
-    }
 }
 
 /// Seconds that adding and removing so many children and the updates after it take.

@@ -8,7 +8,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 #include <string>
@@ -67,21 +66,6 @@ struct RenderLoopTest : ::testing::Test {
     RenderLoop::VisitDelegate const note = [this](Core::Ptr<Vis> const& p_node) { trace += " *" + p_node->Name(); };
     RenderLoop visiting{LayerBase, Mode::Draw, note, note};
 };
-
-TEST_F(RenderLoopTest, hooksRunAroundTheChildrenAndSetupHoldsForTheSubtreeAlone) {
-    std::vector<double> places;
-    for (auto const& node : {root, one, leaf, two})
-        node->actions['.'] = [&](DrawContext const& p_context) {
-            places.push_back(p_context.ModelView().Top().TranslationPart().x);
-            EXPECT_EQ(fixture.agl.Get(AGL_MODELVIEW_MATRIX), p_context.ModelView().Top());
-        };
-    for (int run = 0; run < 2; ++run) {
-        EXPECT_EQ(Run(), " +root .root +one .one +leaf .leaf -leaf -one +two .two -two -root");
-        EXPECT_EQ(loop.VisitedCount() + loop.DrawnCount(), 8U) << "each run counts from 0";
-        ExpectRestored();
-    }
-    EXPECT_THAT(places, ElementsAre(1, 2, 3, 2, 1, 2, 3, 2));
-}
 
 TEST_F(RenderLoopTest, onlyBranchesWithWorkForThePassAreEnteredAndANodeMayLeaveItsChildrenOut) {
     one->OptimalPaths().Set(CallbackDraw, false);
@@ -164,14 +148,6 @@ TEST_F(RenderLoopTest, aFailingDelegateIsReportedAndLeavesNothingBehind) {
         ExpectRestored();
     }
     EXPECT_EQ(fixture.dispatcher.exceptions.size(), 2U);
-}
-
-TEST_F(RenderLoopTest, aModeThatCannotBeDrawnIsReportedAndThrows) {
-    qordebug::CaptureScope log(Utility::GetLogger());
-    RenderLoop wrong(LayerBase, Mode::DrawInPlace);
-    EXPECT_EQ(log.texts(qordebug::severity::sentry).size(), 2U);
-    EXPECT_THAT(
-        [&] { wrong(root, context); }, ::testing::ThrowsMessage<std::out_of_range>("invalid bitset<N> position"));
 }
 
 TEST_F(RenderLoopTest, aHookMayRemoveItsNodeOrAllOfThem) {

@@ -6,7 +6,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 /// What the random editor and the saboteur do not see: texts, cycles and a host that fails.
 namespace Qor::Chart::Render {

@@ -3,7 +3,6 @@
 #include "tests/render/support/Script.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace Qor::Chart::Render {
 namespace {

@@ -5,7 +5,6 @@
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 
@@ -25,38 +24,6 @@ struct HitBoxLoopTest : ::testing::Test, Fixtures::HitFixture {
         return HitBoxLoop()(root, context, box, visited, tested);
     }
 };
-
-TEST_F(HitBoxLoopTest, aNodeIsAskedAboutTheMiddleOfWhatIsLeftOfTheBoxInItsPane) {
-    root->viewport = Rectangle{10, 20, 50, 40};
-    struct Row {
-        Rectangle box;
-        std::optional<PickPoint> seen; ///< in the pane
-    };
-    for (auto const& [box, seen] : std::initializer_list<Row>{
-             {{20, 30, 10, 6}, PickPoint{{16, 14}, {5, 3}}},
-             {{30, 36, -10, -6}, PickPoint{{16, 14}, {5, 3}}},
-             {{0, 0, 100, 100}, PickPoint{{26, 21}, {25, 20}}},
-             {{5, 30, 10, 6}, PickPoint{{3, 14}, {3, 3}}},
-             {{55, 50, 10, 20}, PickPoint{{48, 36}, {3, 5}}},
-             {{60, 30, 10, 6}, {}}, // touches the side
-             {{0, 30, 10, 6}, {}},
-             {{20, 10, 10, 5}, {}},
-             {{20, 30, 0, 6}, {}},
-         }) {
-        SCOPED_TRACE(::testing::Message() << box);
-        Make("below");
-        Pick(box);
-        EXPECT_EQ(tested, seen ? 4U : 0U);
-        EXPECT_EQ(trace,
-            seen ? " [root !root [below !below ]below ]root +root ?root +below ?below -below -root"
-                 : " [root ]root +root -root");
-        EXPECT_EQ(root->seen, seen.value_or(root->seen));
-        ExpectRestored();
-        root->Clear();
-    }
-    EXPECT_EQ(BoxSelection({}, {4, 5, 0, 3.5F}, true, BoxSelection::Operation::Add).Tolerance(), Types::Size(0, 2));
-    EXPECT_EQ(BoxSelection({}, {4, 5, 0, 3.5F}, true, BoxSelection::Operation::Add).Center(), Types::Pos(5, 7));
-}
 
 TEST_F(HitBoxLoopTest, onlyTheScopeIsTestedAndNoPaneBelowIt) {
     Make("group");

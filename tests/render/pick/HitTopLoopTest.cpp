@@ -4,15 +4,11 @@
 #include "tests/render/support/AllocationCount.h"
 #include "tests/render/support/Script.h"
 #include "framework/core/Exceptions.h"
-#include "framework/ogl/AutoNameLoader.h"
-#include "framework/ogl/HitDetect.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <sstream>
 #include <stdexcept>
 
 namespace Qor::Chart::Render {
@@ -33,43 +29,6 @@ struct Tree : Fixtures::HitFixture {
     PickPoint point{{50, 50}, {2, 3}};
 };
 struct HitTopLoopTest : ::testing::Test, Tree {};
-
-TEST_F(HitTopLoopTest, theLastPaneThenTheHighestLayerThenTheNearestThenTheLastFoundIsFirst) {
-    struct Row {
-        char const* hits; ///< node, depth (below 0: in the overlay), layer
-        char const* expected;
-    };
-    for (auto const& [hits, expected] : std::initializer_list<Row>{
-             {"a .5 0 b .3 0 c .5 0", "b@ c@ a@"},
-             {"a .1 0 b .9 30001 c .1 -5", "b@ a@ c@"},
-             {"a .1 0 P .9 0 p .8 0 q .7 0", "q@P p@P P@P a@"},
-             {"p .8 0 i .9 0 q .7 0 b .1 30001", "i@I q@P p@P b@"},
-             {"p .1 0 R -1 0 a -1 0 q -1 0", "R@R q@P p@P a@"},
-         }) {
-        SCOPED_TRACE(hits);
-        Tree tree; // root ( a P ( p I ( i ) q ) R b c )
-        tree.Make("a");
-        tree.MakePane("P", {10, 10, 80, 80});
-        tree.Make("p", "P");
-        tree.MakePane("I", {20, 20, 60, 60}, "P");
-        tree.Make("i", "I");
-        tree.Make("q", "P");
-        tree.MakePane("R", {0, 0, 100, 100});
-        tree.Make("b");
-        tree.Make("c");
-        std::istringstream in(hits);
-        std::string name;
-        double depth = 0;
-        for (int layer = 0; in >> name >> depth >> layer;) {
-            (depth < 0 ? tree.nodes[name]->overlayDepths : tree.nodes[name]->depths) = {depth < 0 ? .9 : depth};
-            tree.nodes[name]->SetLayer(static_cast<std::int16_t>(layer));
-        }
-        EXPECT_EQ(Fixtures::HitFixture::Text(tree.Pick(LayerBoth)), expected);
-        EXPECT_EQ(tree.visited, 20U);
-        EXPECT_EQ(tree.tested, 20U);
-        tree.ExpectRestored();
-    }
-}
 
 TEST_F(HitTopLoopTest, hooksRunAsInADrawAndSeeThePointInTheirPane) {
     auto const pane = MakePane("pane", {10.9F, 20.9F, 50, 60});
@@ -219,45 +178,6 @@ TEST_F(HitTopLoopTest, aGraphThatChangesMeanwhileIsReportedAndTheResultStands) {
     expectPick("second@ second@", {});
 }
 
-TEST_F(HitTopLoopTest, nothingReachesTheBackEndAndTheStateStaysWhatItWas) {
-    auto const pane = MakePane("pane", {0, 0, 100, 100});
-    auto const paint = [](DrawContext const& p_context) {
-        Utility::Scoped<Ogl::Agl> scope(p_context.Graphics());
-        scope->Viewport(p_context.Viewport().Top());
-        scope->Enable(AGL_LIGHTING);
-        scope->Clear(AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT);
-        scope->Draw(p_context.Geometry().UnitCube());
-        scope->Begin(AGL_TRIANGLES);
-        for (int corner = 0; corner < 3; ++corner)
-            scope->Vertex(corner % 2, corner / 2);
-        scope->End();
-    };
-    for (char const mark : std::string("+-"))
-        pane->actions[mark] = paint;
-    std::vector<Ogl::HitRecord> found;
-    pane->actions['?'] = [&](DrawContext const& p_context) {
-        paint(p_context);
-        Ogl::HitBuffer buffer(2);
-        {
-            Utility::Scoped<Ogl::Agl> scope(p_context.Graphics());
-            Ogl::HitDetect detect(scope, p_context.Viewport().Top(), p_context.Projection().Top(), pane->seen.position,
-                pane->seen.tolerance, buffer);
-            Ogl::AutoNameLoader names(detect, Ogl::HitRecord::NameFirst);
-            names.Next();
-            scope->Translate(-p_context.ModelView().Top().TranslationPart());
-            scope->Draw(p_context.Geometry().UnitCube());
-        }
-        paint(p_context);
-        found = buffer.Records();
-    };
-    Pick();
-    EXPECT_THAT(found, ElementsAre(Ogl::HitRecord(Ogl::HitRecord::NameFirst, .25)));
-    ExpectRestored();
-    agl.Clear(AGL_COLOR_BUFFER_BIT);
-    agl.Draw(geometry.UnitCube());
-    EXPECT_EQ(agl.GetStatistics().clears + agl.GetStatistics().draws, 2U);
-}
-
 /// Memory taken by one pick over a tree of some nodes that are not hit, after earlier picks.
 std::size_t AllocationsOfAPick(int p_branches) {
     Tree tree;
@@ -291,12 +211,12 @@ TEST(HitTopLoopLimitsTest, tenThousandLevelsArePickedAndATreeTooDeepIsOneError) 
     Tree tree;
     tree.root = chain.front();
     for (int run = 0; run < 2; ++run) {
-        Fixtures::RunOnStack(std::size_t{512} << 10U, [&] {
+        Fixtures::OnThread(std::size_t{512} << 10U, [&] {
             EXPECT_THAT(
                 [&] { tree.Pick(); }, ::testing::ThrowsMessage<Core::TreeTooDeepExcept>(HasSubstr("Flatten the tree")));
         });
         tree.ExpectRestored();
-        Fixtures::RunOnStack(Fixtures::DefaultStack, [&] { EXPECT_EQ(tree.Pick().size(), 1U); });
+        Fixtures::OnThread(Fixtures::DefaultStack, [&] { EXPECT_EQ(tree.Pick().size(), 1U); });
         EXPECT_EQ(tree.tested, static_cast<unsigned>(levels));
     }
     EXPECT_THAT(tree.dispatcher.exceptions, IsEmpty());

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "tests/framework/utility/OnThread.h"
 #include "tests/render/support/UpdateFixture.h"
 #include "render/core/Vis.h"
 #include "framework/core/Ref.h"
 #include "framework/model/ModelNode.h"
-
-#include <pthread.h>
 
 #include <array>
 #include <functional>
@@ -17,6 +16,7 @@
 /// Nodes whose whole behaviour is data: a model node carries a script, its visual node plays it.
 namespace Qor::Chart::Render::Fixtures {
 
+using Utility::OnThread;
 using Box = Types::BoundingBox_Base<double>;
 
 enum Hook {
@@ -299,21 +299,5 @@ inline constexpr std::size_t DefaultStack = std::size_t{128} << 20U; // frames a
 #else
 inline constexpr std::size_t DefaultStack = std::size_t{8} << 20U;
 #endif
-
-/// Runs a function on a thread whose stack has exactly this size.
-inline void RunOnStack(std::size_t p_bytes, std::function<void()> p_function) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, p_bytes);
-    pthread_t thread{};
-    auto const run = [](void* p_argument) -> void* {
-        (*static_cast<std::function<void()>*>(p_argument))();
-        return nullptr;
-    };
-    if (pthread_create(&thread, &attributes, run, &p_function) != 0)
-        throw std::runtime_error("no thread with this stack");
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
 
 } // namespace Qor::Chart::Render::Fixtures

@@ -13,9 +13,8 @@ Comparison Compare(QImage const& p_a, QImage const& p_b, QRgb p_background) {
         for (int x = 0; x < p_a.width(); ++x) {
             QRgb const a = p_a.pixel(x, y);
             QRgb const b = p_b.pixel(x, y);
-            if (a == p_background && b == p_background) {
+            if (a == p_background && b == p_background)
                 continue;
-            }
             ++result.drawn;
             result.agreeing += isNear(qRed(a), qRed(b)) && isNear(qGreen(a), qGreen(b)) && isNear(qBlue(a), qBlue(b)) &&
                     isNear(qAlpha(a), qAlpha(b))

@@ -65,9 +65,8 @@ public:
                 p_agl.PolygonStipple(Library::Pattern::PolygonStipplePattern(sixteenths).data());
                 p_agl.Color(0.9F, 0.8F, 0.3F);
                 p_agl.Begin(AGL_QUADS);
-                for (auto const& [x, y] : {std::pair(8, 8), {88, 8}, {88, 88}, {8, 88}}) {
+                for (auto const& [x, y] : {std::pair(8, 8), {88, 8}, {88, 88}, {8, 88}})
                     p_agl.Vertex(x, y);
-                }
                 p_agl.End();
             });
         }
@@ -94,28 +93,24 @@ private:
     void Texts() {
         using H = HorizontalAlignment;
         using V = VerticalAlignment;
-        for (auto const& [name, h, v, text] :
-            {std::tuple("text left top", H::Left, V::Top, "Left\ntop"),
-                {"text center top", H::Center, V::Top, "Center\ntop"},
-                {"text right top", H::Right, V::Top, "Right\ntop"},
-                {"text left center", H::Left, V::Center, "Left\ncenter"},
-                {"text center", H::Center, V::Center, "In the\ncenter"},
-                {"text right center", H::Right, V::Center, "Right\ncenter"},
-                {"text left bottom", H::Left, V::Bottom, "Left\nbottom"},
-                {"text center bottom", H::Center, V::Bottom, "Center\nbottom"},
-                {"text right bottom", H::Right, V::Bottom, "Right\nbottom"},
-                {"text start", H::Start, V::Top, "Start\nשלום"},
-                {"text lines", H::Left, V::Top, "Broken into several lines where words end"},
-                {"text ellipsis", H::Left, V::Top, "Too long to fit in the rectangle that it has got, so it is cut"}}) {
-            Cell(name, [h = h, v = v, text = text](Agl& p_agl) {
+        auto const cell = [this](std::string const& p_label, H p_horizontal, V p_vertical, std::string_view p_text) {
+            Cell(p_label, [&](Agl& p_agl) {
                 Library::Box(QColor(90, 90, 100)).Draw(p_agl, Pixels(6, 6, 83, 83));
                 auto const font = MakeText(p_agl, 13);
                 font->SetColor(Types::Color4f(1, 1, 1));
-                font->SetHorizontalAlignment(h);
-                font->SetVerticalAlignment(v);
-                font->Draw(p_agl, std::string_view(text), Pixels(8, 8, 80, 80));
+                font->SetHorizontalAlignment(p_horizontal);
+                font->SetVerticalAlignment(p_vertical);
+                font->Draw(p_agl, p_text, Pixels(8, 8, 80, 80));
             });
+        };
+        for (auto const& [vertical, v] : {std::pair("top", V::Top), {"center", V::Center}, {"bottom", V::Bottom}}) {
+            for (auto const& [horizontal, h] : {std::pair("Left", H::Left), {"Center", H::Center}, {"Right", H::Right}})
+                cell(std::string("text ") + horizontal + ' ' + vertical, h, v,
+                    std::string(horizontal) + '\n' + vertical);
         }
+        cell("text start", H::Start, V::Top, "Start\nשלום");
+        cell("text lines", H::Left, V::Top, "Broken into several lines where words end");
+        cell("text ellipsis", H::Left, V::Top, "Too long to fit in the rectangle that it has got, so it is cut");
     }
     void Boxes() {
         auto const turned = [](Agl& p_agl) {

@@ -21,15 +21,12 @@ public:
 
     Program Make() {
         Frame();
-        if (_hasDashes) {
+        if (_hasDashes)
             Dashes();
-        }
-        for (int i = _random.Index(6); i >= 0; --i) {
+        for (int i = _random.Index(6); i >= 0; --i)
             ChangeState();
-        }
-        for (int i = (_hasLines ? 5 : 3) + _random.Index(5); i >= 0; --i) {
+        for (int i = (_hasLines ? 5 : 3) + _random.Index(5); i >= 0; --i)
             Item();
-        }
         return std::move(_program);
     }
 
@@ -46,9 +43,8 @@ private:
     }
     double Unit() { return AGL_TEXTURE0 + static_cast<double>(_random.Index(TextureUnitCount)); }
     std::vector<double> Color(double p_low = 0, std::vector<double> p_before = {}) {
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 3; ++i)
             p_before.push_back(In(p_low, 1));
-        }
         p_before.push_back(Chance(0.5) ? 1 : In(0.3, 1));
         return p_before;
     }
@@ -59,10 +55,9 @@ private:
 
     /// Viewport, clear, and matrices that show what lies between -2 and 2.
     void Frame() {
-        if (Chance(0.3)) {
+        if (Chance(0.3))
             Add("Viewport",
                 {std::floor(In(0, 12)), std::floor(In(0, 12)), std::floor(In(75, 84)), std::floor(In(75, 84))});
-        }
         Add("ClearColor", {_random.Index(50) / 255.0, _random.Index(50) / 255.0, _random.Index(50) / 255.0, 1});
         Add("Clear", {AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT | AGL_STENCIL_BUFFER_BIT});
         bool const isPerspective = Chance(0.6);
@@ -71,9 +66,8 @@ private:
         Add("MatrixMode", {AGL_PROJECTION});
         Add("LoadMatrix", {projection.Data(), projection.Data() + 16});
         Add("MatrixMode", {AGL_MODELVIEW});
-        if (isPerspective) {
+        if (isPerspective)
             Add("Translate", {0, 0, -4.5});
-        }
         Add("LineWidth", {In(0.5, 10)});
         Add("PointSize", {In(0.5, 20)});
     }
@@ -90,14 +84,12 @@ private:
             Add("PushMatrix");
             ++_matrixDepth;
         }
-        for (int i = _random.Index(7); i > 0; --i) {
+        for (int i = _random.Index(7); i > 0; --i)
             ChangeState();
-        }
         Add("Translate", With({}, _random.Point(0.7)));
         Add("Rotate", With({In(0, 360)}, _random.Direction()));
-        if (Chance(0.3)) {
+        if (Chance(0.3))
             Add("Scale", {In(0.6, 1.4), In(0.6, 1.4), Chance(0.2) ? -1.0 : 1.0});
-        }
         Add("Color", Color(0.3));
         Add("Normal", With({}, _random.Direction()));
         Draw();
@@ -112,75 +104,43 @@ private:
     }
 
     void ChangeState() {
-        switch (_random.Index(_hasLines ? 31 : 28)) {
-        case 0:
-        case 1:
-        case 2:
-            return Add(Chance(0.7) ? "Enable" : "Disable", {OneOf(Capabilities)});
-        case 3:
-            return Add(Chance(0.8) ? "Enable" : "Disable", {Light()});
-        case 4:
-            return LightUp();
-        case 5:
-            return Textured();
-        case 6:
-            return Add("Light", Color(0, {Light(), OneOf({AGL_AMBIENT, AGL_DIFFUSE, AGL_SPECULAR})}));
-        case 7:
-            return Position(Light());
-        case 8:
-            return Spot(Light());
-        case 9:
-            return Add("Light",
-                {Light(), OneOf({AGL_CONSTANT_ATTENUATION, AGL_LINEAR_ATTENUATION, AGL_QUADRATIC_ATTENUATION}),
-                    In(0.1, 1)});
-        case 10:
-            return Chance(0.5)
-                ? Add("LightModel", Color(0, {AGL_LIGHT_MODEL_AMBIENT}))
-                : Add("LightModel",
-                      {OneOf({AGL_LIGHT_MODEL_LOCAL_VIEWER, AGL_LIGHT_MODEL_TWO_SIDE}), Chance(0.7) ? 1.0 : 0.0});
-        case 11:
-            return Add("Material", Color(0, {Face(), OneOf(MaterialColors)}));
-        case 12:
-            return Add("Material", {Face(), AGL_SHININESS, Chance(0.2) ? 0 : In(0, 128)});
-        case 13:
-            return Add("ColorMaterial", {Face(), OneOf(MaterialColors)});
-        case 14:
-            return Clip();
-        case 15:
-            return Cull();
-        case 16:
-            return Stipple();
-        case 17:
-            return Add("ShadeModel", {OneOf({AGL_FLAT, AGL_SMOOTH})});
-        case 18:
-            return Blend();
-        case 19:
-            return Depth();
-        case 20:
-            return Stencil();
-        case 21:
-            return Scissor();
-        case 22:
-            return Add("ColorMask", {Chance(0.8) ? 1.0 : 0.0, Chance(0.8) ? 1.0 : 0.0, Chance(0.8) ? 1.0 : 0.0, 1});
-        case 23:
-            return Add("DepthRange", {In(0, 0.4), In(0.6, 1)});
-        case 24:
-            return TextureMatrix();
-        case 25:
-            return Environment();
-        case 26:
-            return Add("ActiveTexture", {Unit()});
-        case 27:
-            return Chance(0.5) ? Add("Color", Color()) : Offset();
-        case 28:
-            return Add("PolygonMode", {Face(), OneOf({AGL_POINT, AGL_LINE, AGL_LINE, AGL_FILL})});
-        case 29:
-            return Add("LineWidth", {Chance(0.3) ? 1 : In(0.5, 12)});
-        default:
-            return Add("PointSize", {Chance(0.2) ? 1 : In(0.5, 20)});
-        }
+        using G = Generator;
+        static constexpr std::array<void (G::*)(), 31> changes = {&G::Switch, &G::Switch, &G::Switch, &G::SwitchLight,
+            &G::LightUp, &G::Textured, &G::LightColor, &G::MoveLight, &G::AimLight, &G::Attenuate, &G::LightModel,
+            &G::MaterialColor, &G::Shininess, &G::ColorMaterial, &G::Clip, &G::Cull, &G::Stipple, &G::ShadeModel,
+            &G::Blend, &G::Depth, &G::Stencil, &G::Scissor, &G::ColorMask, &G::DepthRange, &G::TextureMatrix,
+            &G::Environment, &G::ActiveTexture, &G::ColorOrOffset, &G::PolygonMode, &G::LineWidth, &G::PointSize};
+        (this->*changes[static_cast<std::size_t>(_random.Index(_hasLines ? 31 : 28))])();
     }
 
+    void Switch() { Add(Chance(0.7) ? "Enable" : "Disable", {OneOf(Capabilities)}); }
+    void SwitchLight() { Add(Chance(0.8) ? "Enable" : "Disable", {Light()}); }
+    void LightColor() { Add("Light", Color(0, {Light(), OneOf({AGL_AMBIENT, AGL_DIFFUSE, AGL_SPECULAR})})); }
+    void MoveLight() { Position(Light()); }
+    void AimLight() { Spot(Light()); }
+    void Attenuate() {
+        Add("Light",
+            {Light(), OneOf({AGL_CONSTANT_ATTENUATION, AGL_LINEAR_ATTENUATION, AGL_QUADRATIC_ATTENUATION}),
+                In(0.1, 1)});
+    }
+    void LightModel() {
+        if (Chance(0.5))
+            return Add("LightModel", Color(0, {AGL_LIGHT_MODEL_AMBIENT}));
+        Add("LightModel", {OneOf({AGL_LIGHT_MODEL_LOCAL_VIEWER, AGL_LIGHT_MODEL_TWO_SIDE}), Chance(0.7) ? 1.0 : 0.0});
+    }
+    void MaterialColor() { Add("Material", Color(0, {Face(), OneOf(MaterialColors)})); }
+    void Shininess() { Add("Material", {Face(), AGL_SHININESS, Chance(0.2) ? 0 : In(0, 128)}); }
+    void ColorMaterial() { Add("ColorMaterial", {Face(), OneOf(MaterialColors)}); }
+    void ShadeModel() { Add("ShadeModel", {OneOf({AGL_FLAT, AGL_SMOOTH})}); }
+    void ColorMask() {
+        Add("ColorMask", {Chance(0.8) ? 1.0 : 0.0, Chance(0.8) ? 1.0 : 0.0, Chance(0.8) ? 1.0 : 0.0, 1});
+    }
+    void DepthRange() { Add("DepthRange", {In(0, 0.4), In(0.6, 1)}); }
+    void ActiveTexture() { Add("ActiveTexture", {Unit()}); }
+    void ColorOrOffset() { Chance(0.5) ? Add("Color", Color()) : Offset(); }
+    void PolygonMode() { Add("PolygonMode", {Face(), OneOf({AGL_POINT, AGL_LINE, AGL_LINE, AGL_FILL})}); }
+    void LineWidth() { Add("LineWidth", {Chance(0.3) ? 1 : In(0.5, 12)}); }
+    void PointSize() { Add("PointSize", {Chance(0.2) ? 1 : In(0.5, 20)}); }
     void LightUp() {
         double const light = Light();
         Position(light);
@@ -219,9 +179,8 @@ private:
     }
     void Environment() {
         Add("TexEnv", Color(0, {AGL_TEXTURE_ENV_COLOR}));
-        if (Chance(0.4)) {
+        if (Chance(0.4))
             return Combine();
-        }
         Add("TexEnv", {AGL_TEXTURE_ENV_MODE, OneOf({AGL_MODULATE, AGL_REPLACE, AGL_DECAL, AGL_BLEND, AGL_ADD})});
     }
     void Clip() {
@@ -234,15 +193,13 @@ private:
     void Cull() {
         Add("CullFace", {Chance(0.9) ? OneOf({AGL_FRONT, AGL_BACK}) : AGL_FRONT_AND_BACK});
         Add("FrontFace", {OneOf({AGL_CW, AGL_CCW})});
-        if (Chance(0.5)) {
+        if (Chance(0.5))
             Add("Enable", {AGL_CULL_FACE});
-        }
     }
     void Stipple() {
         std::vector<double> rows;
-        for (int i = 0; i < 32; ++i) {
+        for (int i = 0; i < 32; ++i)
             rows.push_back(_random.Bits() | _random.Bits());
-        }
         Add("PolygonStipple", rows);
         Add("Enable", {AGL_POLYGON_STIPPLE});
     }
@@ -257,10 +214,9 @@ private:
         Add("TexEnv", {AGL_COMBINE_RGB, Chance(0.2) ? OneOf({AGL_DOT3_RGB, AGL_DOT3_RGBA}) : OneOf(functions)});
         Add("TexEnv", {AGL_COMBINE_ALPHA, OneOf(functions)});
         for (Token argument = 0; argument < 3; ++argument) {
-            for (Token const base : {AGL_SOURCE0_RGB, AGL_SOURCE0_ALPHA}) {
+            for (Token const base : {AGL_SOURCE0_RGB, AGL_SOURCE0_ALPHA})
                 Add("TexEnv",
                     {double(base + argument), OneOf({AGL_TEXTURE, AGL_CONSTANT, AGL_PRIMARY_COLOR, AGL_PREVIOUS})});
-            }
             Add("TexEnv",
                 {double(AGL_OPERAND0_RGB + argument),
                     OneOf({AGL_SRC_COLOR, AGL_ONE_MINUS_SRC_COLOR, AGL_SRC_ALPHA, AGL_ONE_MINUS_SRC_ALPHA})});
@@ -302,9 +258,8 @@ private:
             {OneOf({AGL_LESS, AGL_LEQUAL, AGL_EQUAL, AGL_NOTEQUAL, AGL_GEQUAL, AGL_ALWAYS, AGL_ALWAYS}),
                 double(_random.Index(3)), Chance(0.5) ? 255 : 3.0});
         Add("StencilOp", {OneOf(operations), OneOf(operations), OneOf(operations)});
-        if (Chance(0.3)) {
+        if (Chance(0.3))
             Add("StencilMask", {double(_random.Index(256))});
-        }
         Add("Enable", {AGL_STENCIL_TEST});
     }
     void Scissor() {
@@ -326,22 +281,18 @@ private:
         if (kind == AGL_QUADS || kind == AGL_QUAD_STRIP) {
             Add("ShadeModel", {AGL_FLAT}); // else Mesa cuts them along either diagonal
         }
-        if (Chance(0.5)) {
+        if (Chance(0.5))
             return DrawShape(kind, points);
-        }
         bool const hasColors = Chance(0.6);
         bool const hasNormals = Chance(0.6);
         Add("Begin", {static_cast<double>(kind)});
         for (Vector3 const& point : points) {
-            if (hasColors) {
+            if (hasColors)
                 Add("Color", Color(0.2));
-            }
-            if (hasNormals) {
+            if (hasNormals)
                 Add("Normal", With({}, _random.Direction()));
-            }
-            for (std::size_t unit = 0; unit < TextureUnitCount; ++unit) {
+            for (std::size_t unit = 0; unit < TextureUnitCount; ++unit)
                 Add("MultiTexCoord", {AGL_TEXTURE0 + static_cast<double>(unit), In(-1, 2), In(-1, 2), 0, 1});
-            }
             Add("Vertex", With({}, point));
         }
         Add("End");
@@ -355,9 +306,8 @@ private:
         std::vector<Vector3> points;
         for (int i = 0; i < count; ++i) {
             double const angle = 2 * std::numbers::pi * i / (p_kind == AGL_QUADS ? 4 : count);
-            if (p_kind == AGL_QUADS && i == 4) {
+            if (p_kind == AGL_QUADS && i == 4)
                 center = center + _random.Point(0.6);
-            }
             if (p_kind <= AGL_TRIANGLES || p_kind == AGL_TRIANGLE_STRIP) {
                 points.push_back(_random.Point(1.9));
             } else if (p_kind == AGL_QUAD_STRIP) {
@@ -378,16 +328,13 @@ private:
         for (std::size_t i = 0; i < p_points.size(); ++i) {
             shape.vertices.positions.emplace_back(p_points[i]);
             shape.indices.push_back(static_cast<std::uint32_t>(i));
-            if (hasColors) {
+            if (hasColors)
                 shape.vertices.colors.emplace_back(number(0, 1), number(0, 1), number(0, 1), number(0.4, 1));
-            }
-            if (hasNormals) {
+            if (hasNormals)
                 shape.vertices.normals.emplace_back(_random.Direction());
-            }
             for (auto& texCoords : shape.vertices.texCoords) {
-                if (hasTexCoords) {
+                if (hasTexCoords)
                     texCoords.emplace_back(number(-1, 2), number(-1, 2), 0.0F, 1.0F);
-                }
             }
         }
         Add("Draw", {static_cast<double>(_program.shapes.size())});

@@ -87,16 +87,13 @@ Pick MakePick(Random& p_random, bool p_hasModes) {
         isPerspective ? Matrix4::Perspective(50, 4.0 / 3, 0.5, 12) : Matrix4::Ortho(-2, 2, -1.5, 1.5, -3, 3);
     Matrix4 const move = Matrix4::Translation({0, 0, isPerspective ? -p_random.In(0, 4) : 0});
     pick.modelView = move * Matrix4::Rotation(p_random.In(0, 360), p_random.Direction());
-    for (int i = 0; i < Names; ++i) {
+    for (int i = 0; i < Names; ++i)
         pick.primitives.push_back(MakePrimitive(p_random, p_hasModes));
-    }
-    for (Agl::Vector4& plane : pick.clipPlanes) {
+    for (Agl::Vector4& plane : pick.clipPlanes)
         plane = {p_random.Point(1), p_random.In(0, 1.5)};
-    }
     for (Token const capability : {AGL_CLIP_PLANE0, AGL_CLIP_PLANE0 + 1, AGL_CLIP_PLANE0 + 2, AGL_CULL_FACE}) {
-        if (p_random.Chance(0.3)) {
+        if (p_random.Chance(0.3))
             pick.enabled.push_back(capability);
-        }
     }
     pick.cullFace = p_random.OneOf({AGL_FRONT, AGL_BACK, AGL_BACK, AGL_FRONT_AND_BACK});
     pick.frontFace = p_random.OneOf({AGL_CCW, AGL_CW});
@@ -112,12 +109,10 @@ using Hits = std::map<std::uint64_t, double>; ///< depths by name
 Hits PickWithAgl(Pick const& p_pick) {
     Agl agl(std::make_unique<RecorderBackend>());
     agl.LoadMatrix(p_pick.modelView);
-    for (std::size_t i = 0; i < p_pick.clipPlanes.size(); ++i) {
+    for (std::size_t i = 0; i < p_pick.clipPlanes.size(); ++i)
         agl.ClipPlane(AGL_CLIP_PLANE0 + static_cast<Token>(i), p_pick.clipPlanes[i]);
-    }
-    for (Token const capability : p_pick.enabled) {
+    for (Token const capability : p_pick.enabled)
         agl.Enable(capability);
-    }
     agl.CullFace(p_pick.cullFace);
     agl.FrontFace(p_pick.frontFace);
     agl.DepthRange(p_pick.nearDepth, p_pick.farDepth);
@@ -139,18 +134,16 @@ Hits PickWithAgl(Pick const& p_pick) {
                     std::make_shared<VertexBuffer>(std::move(data))));
             } else {
                 agl.Begin(primitive.kind);
-                for (Vector3 const& vertex : primitive.vertices) {
+                for (Vector3 const& vertex : primitive.vertices)
                     agl.Vertex(vertex);
-                }
                 agl.End();
             }
         }
     }
     EXPECT_EQ(agl.CheckError(), "");
     Hits hits;
-    for (HitRecord const& record : buffer.Records()) {
+    for (HitRecord const& record : buffer.Records())
         hits[record.name] = record.depth;
-    }
     return hits;
 }
 
@@ -175,12 +168,10 @@ Hits PickWithDriver(Pick const& p_pick, bool p_isFilled) {
     glLoadMatrixd((PickMatrix(p_pick) * p_pick.projection).Data());
     glMatrixMode(GL_MODELVIEW);
     glLoadMatrixd(p_pick.modelView.Data());
-    for (std::size_t i = 0; i < p_pick.clipPlanes.size(); ++i) {
+    for (std::size_t i = 0; i < p_pick.clipPlanes.size(); ++i)
         glClipPlane(GL_CLIP_PLANE0 + static_cast<GLenum>(i), &p_pick.clipPlanes[i].x);
-    }
-    for (Token const capability : p_pick.enabled) {
+    for (Token const capability : p_pick.enabled)
         glEnable(capability);
-    }
     glCullFace(p_pick.cullFace);
     glFrontFace(p_pick.frontFace);
     glSelectBuffer(static_cast<GLsizei>(words.size()), words.data());
@@ -193,9 +184,8 @@ Hits PickWithDriver(Pick const& p_pick, bool p_isFilled) {
         glPolygonMode(GL_FRONT, p_isFilled ? GL_FILL : primitive.frontMode);
         glPolygonMode(GL_BACK, p_isFilled ? GL_FILL : primitive.backMode);
         glBegin(primitive.kind);
-        for (Vector3 const& vertex : primitive.vertices) {
+        for (Vector3 const& vertex : primitive.vertices)
             glVertex3d(vertex.x, vertex.y, vertex.z);
-        }
         glEnd();
     }
     GLint const count = glRenderMode(GL_RENDER);
@@ -274,9 +264,8 @@ TEST(PickReferee, randomPicksHitTheSameNamesAtTheSameDepths) {
          << hits << " |\n| hits of one side only | 0 |\n| largest difference of depths | " << worst
          << " of the depth range |\n| hits of the picks with outlines and corners, polygons as a whole | " << onlyWhole
          << " |\n| of these also in the driver's outlines and corners | " << outlined << " |\n";
-    if (!HasFailure()) {
+    if (!HasFailure())
         Report("picks", text.str());
-    }
 }
 
 } // namespace

@@ -83,9 +83,8 @@ Types::Viewport<0> Rectangle(Numbers const& p_numbers) {
 /// The arguments from p_first on, as OpenGL takes parameter arrays.
 std::array<float, 4> Parameters(Numbers const& p_numbers, std::size_t p_first) {
     std::array<float, 4> parameters{};
-    for (std::size_t i = p_first; i < p_numbers.size(); ++i) {
+    for (std::size_t i = p_first; i < p_numbers.size(); ++i)
         parameters[i - p_first] = F(p_numbers, i);
-    }
     return parameters;
 }
 
@@ -112,9 +111,8 @@ void SetMaterial(Agl& p_agl, Numbers const& p_n) {
 
 void SetTexEnv(Agl& p_agl, Numbers const& p_n) {
     bool const isScale = T(p_n, 0) == AGL_RGB_SCALE || T(p_n, 0) == AGL_ALPHA_SCALE;
-    if (isScale) {
+    if (isScale)
         return p_agl.TexEnv(T(p_n, 0), F(p_n, 1));
-    }
     p_n.size() == 2 ? p_agl.TexEnv(T(p_n, 0), T(p_n, 1)) : p_agl.TexEnv(T(p_n, 0), Color(p_n, 1));
 }
 
@@ -159,17 +157,15 @@ void CutScissor(OpenGlSide& p_side, Numbers const& p_n) {
 
 void SetStipple(Numbers const& p_n) {
     std::array<GLubyte, 128> bytes{};
-    for (std::size_t i = 0; i < 128; ++i) {
+    for (std::size_t i = 0; i < 128; ++i)
         bytes[i] = static_cast<GLubyte>(T(p_n, i / 4 % p_n.size()) >> (24 - 8 * (i % 4)));
-    }
     glPolygonStipple(bytes.data());
 }
 
 std::array<std::uint32_t, 32> StippleRows(Numbers const& p_n) {
     std::array<std::uint32_t, 32> rows{};
-    for (std::size_t i = 0; i < 32; ++i) {
+    for (std::size_t i = 0; i < 32; ++i)
         rows[i] = T(p_n, i % p_n.size());
-    }
     return rows;
 }
 
@@ -241,9 +237,8 @@ void TouchAllGroups() {
 void OpenGlSide::PushAttrib(GLbitfield p_mask) {
     glPushAttrib(p_mask);
     std::vector<GLenum>& lights = enabledLights.emplace_back();
-    for (GLenum light = GL_LIGHT0; light < GL_LIGHT0 + LightCount && (p_mask & GL_ENABLE_BIT) != 0; ++light) {
+    for (GLenum light = GL_LIGHT0; light < GL_LIGHT0 + LightCount && (p_mask & GL_ENABLE_BIT) != 0; ++light)
         lights.push_back(glIsEnabled(light) == GL_TRUE ? light : 0);
-    }
 }
 
 /// Mesa 22.3 does not bring lights back with what else is enabled, nor does a material follow a colour that comes back.
@@ -255,9 +250,8 @@ void OpenGlSide::PopAttrib() {
     }
     enabledLights.pop_back();
     TouchAllGroups();
-    if (glIsEnabled(GL_COLOR_MATERIAL) == GL_TRUE) {
+    if (glIsEnabled(GL_COLOR_MATERIAL) == GL_TRUE)
         Enable(GL_COLOR_MATERIAL);
-    }
 }
 
 /// How a call is made on either side.
@@ -397,18 +391,6 @@ GLuint MakeTexture(Texture const& p_texture) {
 
 } // namespace
 
-void Program::Append(Program const& p_program) {
-    calls.insert(calls.end(), p_program.calls.begin(), p_program.calls.end());
-    shapes.insert(shapes.end(), p_program.shapes.begin(), p_program.shapes.end());
-}
-
-bool Program::Has(std::string_view p_name, double p_argument) const {
-    return std::any_of(calls.begin(), calls.end(), [&](Call const& p_call) {
-        auto const& a = p_call.arguments;
-        return p_call.name == p_name && std::find(a.begin(), a.end(), p_argument) != a.end();
-    });
-}
-
 std::string Program::Print() const {
     std::ostringstream text;
     for (Call const& call : calls) {
@@ -422,9 +404,8 @@ std::string Program::Print() const {
         if (call.name == "Draw" && static_cast<std::size_t>(call.arguments.at(0)) < shapes.size()) {
             ShapeData const& shape = shapes[static_cast<std::size_t>(call.arguments[0])];
             text << "  (kind " << shape.kind;
-            for (std::uint32_t const index : shape.indices) {
+            for (std::uint32_t const index : shape.indices)
                 text << ", " << shape.vertices.positions[index];
-            }
             text << ")\n";
         }
     }
@@ -447,13 +428,11 @@ Played AglPlayer::Play(Program const& p_program) const {
     agl.ClearColor(Types::Color4f(0, 0, 0, 1));
     agl.Clear(AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT | AGL_STENCIL_BUFFER_BIT);
     AglSide side{agl, {}, TestTextures()};
-    for (ShapeData const& shape : p_program.shapes) {
+    for (ShapeData const& shape : p_program.shapes)
         side.shapes.push_back(agl.CreatePrimitiveBuffer(
             std::make_shared<IndexBuffer>(shape.kind, shape.indices), std::make_shared<VertexBuffer>(shape.vertices)));
-    }
-    for (Call const& call : p_program.calls) {
+    for (Call const& call : p_program.calls)
         Operations.at(call.name).agl(side, call.arguments);
-    }
     Played played;
     played.picture = agl.ReadPixels(0, 0, Program::Size, Program::Size);
     played.errors = agl.CheckError();
@@ -476,17 +455,15 @@ Played PlayOnOpenGl(Program const& p_program) {
     OffscreenTarget target(Program::Size, Program::Size);
     target.Bind();
     OpenGlSide side{p_program, {}, {}, {}, {}, false};
-    for (auto const& texture : TestTextures()) {
+    for (auto const& texture : TestTextures())
         side.textures.push_back(MakeTexture(*texture));
-    }
     glBindTexture(GL_TEXTURE_2D, 0);
     glViewport(0, 0, Program::Size, Program::Size);
     glScissor(0, 0, Program::Size, Program::Size);
     glClearColor(0, 0, 0, 1);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    for (Call const& call : p_program.calls) {
+    for (Call const& call : p_program.calls)
         Operations.at(call.name).gl(side, call.arguments);
-    }
     Played played;
     played.picture = target.Read();
     bool const hasError = glGetError() != GL_NO_ERROR;

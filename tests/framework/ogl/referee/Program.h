@@ -39,8 +39,6 @@ struct Program {
     void Add(std::string_view p_name, std::vector<double> p_arguments = {}) {
         calls.push_back({p_name, std::move(p_arguments)});
     }
-    void Append(Program const& p_program);
-    bool Has(std::string_view p_name, double p_argument) const;
     /// One call a line.
     std::string Print() const;
 };

@@ -19,9 +19,8 @@ inline bool WantsDetails() {
 
 /// Writes a piece of a report, if reports are wanted.
 inline void Report(std::string const& p_name, std::string const& p_text) {
-    if (!ReportFolder().empty()) {
+    if (!ReportFolder().empty())
         std::ofstream(ReportFolder() + "/" + p_name + ".md") << p_text;
-    }
 }
 
 /// The software driver compiles shaders in a fraction of the time without optimising them; each is used for a few

@@ -72,9 +72,8 @@ Calls Rectangle(double p_left, double p_bottom, double p_right, double p_top, st
     for (auto const& [x, y, z, s, t] :
         {std::tuple(p_left, p_bottom, p_leftDepth, -0.2, -0.2), {p_right, p_bottom, p_rightDepth, 1.4, -0.2},
             {p_right, p_top, p_rightDepth, 1.4, 1.4}, {p_left, p_top, p_leftDepth, -0.2, 1.4}}) {
-        for (std::size_t unit = 0; unit < TextureUnitCount; ++unit) {
+        for (std::size_t unit = 0; unit < TextureUnitCount; ++unit)
             calls.push_back({"MultiTexCoord", {AGL_TEXTURE0 + static_cast<double>(unit), s, t, 0, 1}});
-        }
         calls.push_back({"Vertex", {x, y, z}});
     }
     calls.push_back({"End", {}});
@@ -157,18 +156,16 @@ public:
         Textures();
         Fragments();
         Stacks();
-        for (Shape const shape : Library::AllShapes) {
+        for (Shape const shape : Library::AllShapes)
             _rows.push_back({std::string(NameOf(shape)), Lit({}, shape)});
-        }
         return std::move(_rows);
     }
 
 private:
     void Row(std::string p_label, std::vector<Calls> const& p_parts, double p_agreement = 0.99) {
         TableRow row{std::move(p_label), {}, p_agreement};
-        for (Calls const& part : p_parts) {
+        for (Calls const& part : p_parts)
             row.program.calls.insert(row.program.calls.end(), part.begin(), part.end());
-        }
         _rows.push_back(std::move(row));
     }
     void Light(std::string p_label, Calls p_state) { _rows.push_back({std::move(p_label), Lit(std::move(p_state))}); }
@@ -177,10 +174,9 @@ private:
         static constexpr std::array<char const*, 10> kinds = {"points", "lines", "line loop", "line strip", "triangles",
             "triangle strip", "triangle fan", "quads", "quad strip", "polygon"};
         for (bool const isBuffered : {false, true}) {
-            for (Token kind = AGL_POINTS; kind <= AGL_POLYGON; ++kind) {
+            for (Token kind = AGL_POINTS; kind <= AGL_POLYGON; ++kind)
                 _rows.push_back(
                     {std::string(kinds[kind]) + (isBuffered ? ", buffer" : ""), Primitive(kind, isBuffered)});
-            }
         }
         Row("line width 1", {{{"LineWidth", {1}}}, Star(), Rectangle(-0.4, -0.4, 0.6, 0.4, {0.1, 0.1, 0.4, 1})});
         Row("line width 7.6", {{{"LineWidth", {7.6F}}}, Star()});
@@ -289,10 +285,9 @@ private:
                         {"TexEnv", {AGL_COMBINE_RGB, double(function.token)}}, {"TexEnv", {AGL_RGB_SCALE, 2}}},
                     Rectangles()});
         }
-        for (int i = 0; i < static_cast<int>(TestTextureCount); ++i) {
+        for (int i = 0; i < static_cast<int>(TestTextureCount); ++i)
             Row("sampling " + std::to_string(i),
                 {{{"BindTexture", {double(i)}}, {"Enable", {AGL_TEXTURE_2D}}}, Rectangles()});
-        }
         Row("all texture units",
             {on, constant,
                 {{"ActiveTexture", {AGL_TEXTURE0 + 1}}, {"BindTexture", {0}}, {"Enable", {AGL_TEXTURE_2D}},

@@ -32,10 +32,9 @@ std::vector<std::shared_ptr<Texture const>> TestTextures() {
         {AGL_LINEAR, AGL_NEAREST, AGL_REPEAT, AGL_CLAMP_TO_EDGE},
     }};
     std::vector<std::shared_ptr<Texture const>> textures;
-    for (std::size_t i = 0; i < TestTextureCount; ++i) {
+    for (std::size_t i = 0; i < TestTextureCount; ++i)
         textures.push_back(
             std::make_shared<Texture>(Pattern(std::array{8, 16, 12, 32, 7}[i], i % 2 == 1), samplings[i]));
-    }
     return textures;
 }
 

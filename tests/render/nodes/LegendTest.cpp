@@ -1,0 +1,425 @@
+#include "render/nodes/Legend.h"
+
+#include "tests/render/nodes/SceneFixture.h"
+#include "render/events/EventInformation.h"
+#include "render/events/EventSink.h"
+#include "render/nodes/LegendLayout.h"
+#include "render/nodes/LegendScale.h"
+#include "render/pick/HitTopLoop.h"
+#include "render/pick/SelectRecord.h"
+#include "framework/model/Events.h"
+#include "framework/model/Group.h"
+#include "framework/model/Pane.h"
+#include "framework/utility/Unicode.h"
+
+#include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <list>
+#include <random>
+#include <set>
+
+namespace Qor::Chart::Render {
+namespace {
+
+using Mode = DrawContext::DrawMode;
+using Rectangle = Types::Viewport<0>;
+using Model::LegendEntry;
+using Model::Events::LegendEntryArgs;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+bool AreApart(Rectangle const& p_a, Rectangle const& p_b) {
+    return p_a.IsEmpty() || p_b.IsEmpty() || p_a.Right() <= p_b.x || p_b.Right() <= p_a.x || p_a.Top() <= p_b.y ||
+        p_b.Top() <= p_a.y;
+}
+
+bool IsInside(Rectangle const& p_in, Rectangle const& p_out) {
+    return p_in.IsEmpty() || p_in.Clamped(p_out) == p_in;
+}
+
+TEST(LegendLayoutTest, whateverTheSizesNothingOverlapsOrLeavesThePaneAndEveryRowIsReached) {
+    std::mt19937 random(7);
+    auto const any = [&](int p_least, int p_most) { return std::uniform_int_distribution(p_least, p_most)(random); };
+    for (int turn = 0; turn < 5000; ++turn) {
+        std::vector<std::uint8_t> tall(static_cast<std::size_t>(any(0, 60)));
+        for (std::uint8_t& isTall : tall)
+            isTall = any(0, 4) == 0 ? 1 : 0;
+        LegendLayout::Request request{{any(0, 400), any(0, 300)}, static_cast<float>(any(0, 1) * 20), any(0, 1) == 0,
+            {static_cast<Types::DefinedAs>(any(0, 1)), static_cast<Types::XEdge>(any(0, 1)), any(-20, 500) / 10.0},
+            {static_cast<Types::DefinedAs>(any(0, 1)), static_cast<Types::YEdge>(any(0, 1)), any(-20, 500) / 10.0},
+            any(0, 4), static_cast<float>(any(2, 6)) / 2, static_cast<float>(any(1, 30)),
+            static_cast<float>(any(0, 300)), static_cast<float>(any(0, 600)), tall, 0};
+        Rectangle const pane(0, 0, static_cast<float>(request.pane.width), static_cast<float>(request.pane.height));
+        std::size_t next = 0;
+        for (bool isLast = false; !isLast;) {
+            request.first = next;
+            LegendLayout const layout(request);
+            SCOPED_TRACE(turn);
+            std::vector<Rectangle> places{
+                layout.title, layout.rule, layout.up, layout.upCount, layout.down, layout.downCount};
+            for (LegendLayout::Cell const& cell : layout.cells) {
+                places.push_back(cell.place);
+                auto const parts = layout.PartsOf(cell.place, tall[cell.row] != 0, tall[cell.row] == 0);
+                std::array const inCell{parts.swatch, parts.text, parts.bar, parts.labels};
+                for (std::size_t i = 0; i < inCell.size(); ++i) {
+                    ASSERT_TRUE(IsInside(inCell[i], cell.place));
+                    for (std::size_t j = 0; j < i; ++j)
+                        ASSERT_TRUE(AreApart(inCell[i], inCell[j]));
+                }
+            }
+            ASSERT_TRUE(IsInside(layout.ground, pane));
+            for (std::size_t i = 0; i < places.size(); ++i) {
+                ASSERT_TRUE(IsInside(places[i], layout.ground));
+                for (std::size_t j = 0; j < i; ++j)
+                    ASSERT_TRUE(AreApart(places[i], places[j])) << i << ' ' << j;
+            }
+            if (layout.cells.empty())
+                break;
+            ASSERT_LE(layout.first, next) << "no row is left out";
+            ASSERT_EQ(layout.cells.front().row, layout.first);
+            ASSERT_EQ(layout.cells.back().row + 1 + layout.hiddenAfter, tall.size());
+            ASSERT_EQ(layout.first % layout.columns, 0U);
+            if (layout.first > 0) {
+                ASSERT_LT(layout.previousPage, layout.first);
+            }
+            isLast = layout.hiddenAfter == 0 || !layout.IsScrolled();
+            ASSERT_TRUE(isLast || layout.nextPage > next);
+            next = layout.nextPage;
+        }
+    }
+}
+
+TEST(LegendScaleTest, ticksStandAtRoundValuesInTheUnitOfDisplay) {
+    struct Case {
+        double first, last;
+        bool isLogarithmic;
+        UnitSystemConverter::Converter toDisplay;
+        std::size_t most;
+        std::vector<std::pair<double, std::string>> ticks;
+    };
+    double const max = std::numeric_limits<double>::max();
+    for (Case const& one : std::vector<Case>{
+             {0, 1, false, {}, 6, {{0, "0"}, {0.2, "0.2"}, {0.4, "0.4"}, {0.6, "0.6"}, {0.8, "0.8"}, {1, "1"}}},
+             {0, 1, false, {}, 2, {{0, "0"}, {1, "1"}}},
+             {95, 15, false, {}, 4, {{0.9375, "20"}, {0.6875, "40"}, {0.4375, "60"}, {0.1875, "80"}}},
+             {0, 1000, false, {0.001, 0}, 3, {{0, "0"}, {0.5, "0.5"}, {1, "1"}}},
+             {273.15, 373.15, false, {1, -273.15}, 3, {{0, "0"}, {0.5, "50"}, {1, "100"}}},
+             {1, 1000, true, {}, 7, {{0, "1"}, {1 / 3.0, "10"}, {2 / 3.0, "100"}, {1, "1000"}}},
+             {1, 100, true, {}, 7,
+                 {{0, "1"}, {0.1505, "2"}, {0.3495, "5"}, {0.5, "10"}, {0.6505, "20"}, {0.8495, "50"}, {1, "100"}}},
+             {1e-3, 1e6, true, {}, 4, {{0, "0.001"}, {1 / 3.0, "1"}, {2 / 3.0, "1000"}, {1, "1e+06"}}},
+             {2, 3, true, {}, 3, {{0, "2"}, {0.5503, "2.5"}, {1, "3"}}},
+             {5, 5, false, {}, 5, {{0.5, "5"}}},
+             {-max, max, false, {}, 3, {{0.2219, "-1e+308"}, {0.5, "0"}, {0.7781, "1e+308"}}},
+             {-max, max, false, {10, 0}, 3, {}},
+             {1, 1 + 1e-9, false, {}, 5, {{0, "1"}}},
+             {1, std::nextafter(1.0, 2.0), false, {}, 7, {{0, "1"}}},
+         }) {
+        LegendScale scale{{}, one.toDisplay, {}};
+        scale.map.SetRange(one.first, one.last,
+            one.isLogarithmic ? Library::ColorMap::Scale::Logarithmic : Library::ColorMap::Scale::Linear);
+        auto const ticks = scale.Ticks({}, one.most);
+        SCOPED_TRACE(std::to_string(one.first) + " to " + std::to_string(one.last));
+        ASSERT_EQ(ticks.size(), one.ticks.size());
+        for (std::size_t i = 0; i < ticks.size(); ++i) {
+            EXPECT_NEAR(ticks[i].position, one.ticks[i].first, 1e-4);
+            EXPECT_EQ(ticks[i].text, one.ticks[i].second);
+        }
+    }
+}
+
+/// A pane of 200 by 150 pixels at (100, 50) with a legend of three entries; the second names a cube of the pane.
+struct LegendTest : ::testing::Test, Fixtures::SceneFixture, EventSink {
+    LegendTest() {
+        auto const pixels = &Types::RelativeLength::Pixels;
+        pane->SetViewport({pixels(100, 0), pixels(50, 0), pixels(200, 0), pixels(150, 0)});
+        scene->Add(pane);
+        pane->Add(target);
+        pane->Add(legend);
+        for (wchar_t const* const text : {L"First", L"Second", L"Third"})
+            Add(text);
+        entries[1]->SetTarget(target);
+        Show();
+        node = dynamic_cast<Legend*>(&**std::next(Child().begin()));
+    }
+
+    Core::Ptr<LegendEntry> const& Add(std::wstring const& p_text) {
+        entries.push_back(Core::MakeNode<LegendEntry>(p_text));
+        legend->Add(entries.back());
+        return entries.back();
+    }
+    /// Updates and draws; gives the commands of the overlay.
+    std::vector<Ogl::RecordedCommand> Show() {
+        Update();
+        DrawContext context = MakeContext();
+        context.Viewport().Set({0, 0, 400, 300});
+        agl.BeginFrame();
+        RenderLoop(LayerOverlay, Mode::Draw)(root, context);
+        agl.EndFrame();
+        return Backend().Commands();
+    }
+    std::vector<HitRecord> Pick(Types::Pos const& p_inPane) {
+        DrawContext context = MakeContext();
+        context.Viewport().Set({0, 0, 400, 300});
+        unsigned visited = 0, tested = 0;
+        return HitTopLoop()(root, context, {p_inPane + Types::Pos(100, 50), {}}, visited, tested, LayerOverlay);
+    }
+    /// A pick where a part of the legend lies, empty when it cannot be seen.
+    std::vector<HitRecord> PickName(std::uint64_t p_name) {
+        for (int y = 1; y < 150; y += 3) {
+            for (int x = 1; x < 200; x += 3) {
+                auto hits = Pick({x, y});
+                if (!hits.empty() && hits.front().result.records.front().name == p_name)
+                    return hits;
+            }
+        }
+        return {};
+    }
+    template <class Handler>
+    auto Send(Handler p_handler, std::vector<HitRecord> const& p_hits, std::uint32_t p_modifiers = 0) {
+        EventInformation event(*this, p_hits.empty() ? nullptr : &p_hits.front());
+        event.modifiers = p_modifiers;
+        return (node->*p_handler)(event);
+    }
+    /// The rows that can be seen, as names.
+    std::vector<std::uint64_t> Rows() {
+        std::set<std::uint64_t> names;
+        for (int y = 0; y < 150; ++y) {
+            for (HitRecord const& hit : Pick({160, y}))
+                names.insert(hit.result.records.front().name);
+        }
+        std::erase_if(names, [](std::uint64_t p_name) { return p_name == 0 || p_name > 1000000; });
+        return {names.begin(), names.end()};
+    }
+
+    void RequestRedraw() override {}
+    void RequestUpdate() override {}
+    void SelectBox(BoxSelection const&) override {}
+    void AboutToMove(Core::WeakPtr<Model::ModelNode> const&) override {}
+    void Hover(SelectRecord const& p_record) override { hovered.push_back(p_record.Selection().Lock()); }
+    void EndHover(Core::WeakPtr<Model::ModelNode> const& p_node) override { std::erase(hovered, p_node.Lock()); }
+    PopOutHost* GetPopOutHost() override { return nullptr; }
+
+    static constexpr std::uint64_t First = Ogl::HitRecord::NameFirst;
+    Core::Ptr<Model::Pane> pane = Core::MakeNode<Model::Pane>();
+    Core::Ptr<Model::Legend> legend = Core::MakeNode<Model::Legend>();
+    Core::Ptr<Model::SimpleObject> target =
+        Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
+    std::vector<Core::Ptr<LegendEntry>> entries;
+    std::vector<Core::Ptr<Model::ModelNode>> hovered;
+    Legend* node = nullptr;
+};
+
+TEST_F(LegendTest, pointerAndClickAreToldAndAClickTogglesWhereBothAllow) {
+    std::vector<std::string> told;
+    auto const listen = [&](Model::ModelNode& p_node, std::string const& p_at) {
+        return p_node.Delegate().Connect<LegendEntryArgs>([&told, p_at](LegendEntryArgs const& p_args) {
+            std::string const what = dynamic_cast<Model::Events::LegendEntryHoveredArgs const*>(&p_args) ? "over"
+                : dynamic_cast<Model::Events::LegendEntryClickedArgs const*>(&p_args)                    ? "click"
+                                                                                                         : "out";
+            told.push_back(p_at + ' ' + what + ' ' + Utility::ToUtf8(p_args.Entry().Peek()->Text()));
+        });
+    };
+    auto const atLegend = listen(*legend, "legend");
+    auto const atSecond = listen(*entries[1], "entry");
+    auto const first = PickName(First), second = PickName(First + 1);
+    ASSERT_FALSE(second.empty());
+    Send(&Legend::OnMouseOver, first);
+    EXPECT_THAT(hovered, ElementsAre(entries[0]));
+    Send(&Legend::OnMouseOut, {});
+    Send(&Legend::OnMouseOver, second);
+    EXPECT_THAT(hovered, ElementsAre(entries[1], target));
+    entries[1]->SetTarget({});
+    Send(&Legend::OnMouseOut, {});
+    entries[1]->SetTarget(target);
+    EXPECT_THAT(hovered, IsEmpty());
+    EXPECT_THAT(told,
+        ElementsAre("legend over First", "legend out First", "entry over Second", "legend over Second",
+            "entry out Second", "legend out Second"));
+    told.clear();
+
+    EXPECT_EQ(Send(&Legend::OnClick, second), Event::Consumed);
+    EXPECT_FALSE(target->IsVisible());
+    entries[1]->SetClickToggles(false);
+    Send(&Legend::OnClick, second);
+    entries[1]->SetClickToggles(true);
+    legend->SetClickToggles(false);
+    Send(&Legend::OnClick, second);
+    EXPECT_FALSE(target->IsVisible());
+    legend->SetClickToggles(true);
+    Send(&Legend::OnClick, second);
+    EXPECT_TRUE(target->IsVisible());
+    EXPECT_EQ(told.size(), 8U);
+
+    std::list<SelectRecord> records;
+    struct Hooks : VisHooks {
+        using VisHooks::GetSelectRecords;
+    };
+    for (auto const& hits : {first, second})
+        Hooks::GetSelectRecords(*node, hits.front(), records);
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(records.front(), SelectRecord(*Child().begin(), target, {})) << "the cube's own node handles it";
+    for (EventHandler::EventName name = EventHandler::EventMouseOver; name <= EventHandler::EventKeyRelease;
+         name = static_cast<EventHandler::EventName>(name + 1))
+        EXPECT_EQ(node->IsEventDefined(name),
+            name == EventHandler::EventMouseOver || name == EventHandler::EventMouseOut ||
+                name == EventHandler::EventClick);
+}
+
+TEST_F(LegendTest, anEntryIsFaintWhileItsTargetIsHiddenByItselfOrFromAbove) {
+    auto const group = Core::MakeNode<Model::Group>(), other = Core::MakeNode<Model::Group>();
+    pane->Add(group);
+    pane->Add(other);
+    for (auto const& above : {group, other})
+        above->Add(target);
+    pane->Remove(*target);
+    entries[1]->SetSwatch(Model::LegendSwatch::Color);
+    auto const isFaint = [&] {
+        bool found = false;
+        for (Ogl::RecordedCommand const& command : Show()) {
+            for (auto const& vertex : command.vertices)
+                found = found || std::abs(vertex.color.alpha - 0.3F) < 0.01F;
+        }
+        return found;
+    };
+    EXPECT_FALSE(isFaint());
+    target->SetVisible(false);
+    EXPECT_TRUE(isFaint());
+    target->SetVisible(true);
+    group->SetVisible(false);
+    EXPECT_FALSE(isFaint()) << "seen in the other group";
+    other->SetVisible(false);
+    EXPECT_TRUE(isFaint());
+    group->SetVisible(true);
+    EXPECT_FALSE(isFaint());
+}
+
+TEST_F(LegendTest, rowsFollowTheModelAndScrollByPages) {
+    Add(L"")->SetSwatch(Model::LegendSwatch::Blank);
+    Update();
+    EXPECT_THAT(Rows(), ElementsAre(First, First + 1, First + 2, First + 3)) << "a blank one makes space";
+    legend->Remove(*entries.back());
+    entries.pop_back();
+    entries[0]->SetVisible(false);
+    Update();
+    EXPECT_THAT(Rows(), ElementsAre(First + 1, First + 2)) << "an entry keeps its name";
+    legend->Remove(*entries[1]);
+    legend->Add(Core::MakeNode<Model::Group>());
+    Add(L"Fourth");
+    Update();
+    EXPECT_THAT(Rows(), ElementsAre(First + 1, First + 2));
+    EXPECT_EQ(PickName(First + 2).front().result.data.type(), typeid(Core::WeakPtr<LegendEntry>));
+
+    Core::Ptr<LegendEntry> const third = entries[2];
+    legend->Remove(*third);
+    legend->Add(third);
+    Update();
+    auto const last = PickName(First + 2);
+    EXPECT_EQ(boost::any_cast<Core::WeakPtr<LegendEntry>>(last.front().result.data), Core::WeakPtr<LegendEntry>(third));
+    for (int i = 0; i < 10000; ++i)
+        Add(L"Entry " + std::to_wstring(i));
+    Update();
+    auto const rows = Rows();
+    std::size_t const page = rows.size();
+    ASSERT_GT(page, 3U);
+    auto const up = PickName(Legend::PartScrollUp), down = PickName(Legend::PartScrollDown);
+    Send(&Legend::OnClick, down);
+    EXPECT_EQ(Rows().front(), rows.back() + 1);
+    Send(&Legend::OnClick, down, EventInformation::ModifierControl);
+    EXPECT_EQ(Rows().back(), First + 10002) << "the last one, of 10003";
+    EXPECT_EQ(Rows().size(), page) << "a full page";
+    Send(&Legend::OnClick, up);
+    EXPECT_EQ(Rows().back(), First + 10002 - page);
+    std::size_t const updated = Update();
+    EXPECT_EQ(updated, 0U);
+    legend->Clear();
+    legend->Add(entries[2]);
+    Update();
+    EXPECT_THAT(Rows(), ElementsAre(First));
+    EXPECT_TRUE(PickName(Legend::PartScrollDown).empty());
+}
+
+TEST_F(LegendTest, theUnitIsThatOfTheConverterRegisteredNow) {
+    struct Scaling : Types::UnitsConverter {
+        using UnitsConverter::AreConvertable;
+        using UnitsConverter::GetConversionFactors;
+        using UnitsConverter::GetDisplayUnit;
+        explicit Scaling(double p_factor) : factor(p_factor) {}
+        bool AreConvertable(std::wstring const&, std::wstring const&) const override { return true; }
+        void GetConversionFactors(std::wstring const&, std::wstring const&, double& p_factor, double&) const override {
+            p_factor = factor;
+        }
+        std::wstring GetDisplayUnit(std::wstring const&, std::wstring const&) override { return L"x"; }
+        double factor;
+    };
+    units->RegisterConverter(boost::make_shared<Scaling>(1));
+    Add(L"Depth")->SetColorMap("Viridis");
+    entries.back()->SetRange(0, 7000);
+    entries.back()->SetUnit({L"Length", L"m"});
+    auto const corners = [&] { // a tick is two triangles
+        std::size_t count = 0;
+        for (Ogl::RecordedCommand const& command : Show())
+            count += command.vertices.size();
+        return count;
+    };
+    std::size_t const before = corners();
+    units->RegisterConverter(boost::make_shared<Scaling>(1 / 2000.0));
+    EXPECT_EQ(corners() - before, 2 * 6U) << "0, 1, 2, 3 in place of 0, 5000";
+    EXPECT_THAT(dispatcher.warnings, IsEmpty());
+}
+
+TEST_F(LegendTest, badInputIsReportedOnceAndCostsNothingElse) {
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_FALSE(entries[0]->SetRange(nan, 1));
+    EXPECT_FALSE(entries[0]->SetSteps(-1));
+    EXPECT_FALSE(legend->SetXPosition({Types::DefinedAs::Pixels, Types::XEdge::Left, nan}));
+    EXPECT_FALSE(legend->SetColumns(1000));
+    entries[0]->SetColorMap("Plaid");
+    entries[2]->SetSymbol(Core::MakeNode<Model::Symbol>("/no/such/file.glb"));
+    Add(std::wstring(1 << 20, L'W'));
+    Add(L"");
+    Add(L"a\nb\nc");
+    legend->SetTitle(std::wstring(1 << 20, L'\x5d0'));
+    entries.back()->SetColorMap("Viridis");
+    entries.back()->SetRange(-1, 1);
+    entries.back()->SetLogarithmic(true);
+    Show();
+    entries[0]->SetText(L"Other");
+    entries[2]->SetText(L"Other");
+    entries.back()->SetText(L"Other");
+    Show();
+    ASSERT_EQ(dispatcher.warnings.size(), 3U);
+    EXPECT_THAT(dispatcher.warnings[0].second, HasSubstr("\"Plaid\""));
+    EXPECT_THAT(dispatcher.warnings[1].second, HasSubstr("file.glb"));
+    EXPECT_FALSE(PickName(First + 2).empty());
+    auto const hits = PickName(First + 1);
+    Send(&Legend::OnMouseOver, hits);
+    Core::WeakPtr<Model::SimpleObject> const gone(target);
+    pane->Remove(*target);
+    target = {};
+    hovered.clear();
+    ASSERT_TRUE(gone.Expired());
+    Show();
+    Send(&Legend::OnClick, hits);
+    legend->Remove(*entries[1]);
+    entries[1] = {};
+    Send(&Legend::OnClick, hits);
+    Send(&Legend::OnMouseOut, {});
+    pane->SetViewport({Types::RelativeLength::Pixels(0), Types::RelativeLength::Pixels(0),
+        Types::RelativeLength::Pixels(0), Types::RelativeLength::Pixels(0)});
+    Show();
+    Core::Ptr<Vis> const keep(node);
+    pane->Remove(*legend);
+    legend = {};
+    entries.clear();
+    Show();
+    Send(&Legend::OnClick, hits);
+}
+
+} // namespace
+} // namespace Qor::Chart::Render
