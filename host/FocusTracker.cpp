@@ -5,6 +5,7 @@
 #include "render/events/EventInformation.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace Qor::Chart::Host {
@@ -38,12 +39,14 @@ bool TakesPart(Render::Vis const& p_node, Render::Vis const& p_root) {
 } // namespace
 
 void FocusTracker::Take(WeakVis const& p_node, Told p_changed) {
-    if (Has(p_node) || !p_node.Lock())
+    Core::Ptr<Render::Vis> const node = p_node.Lock(); // who is told may remove it
+    if (Has(p_node) || !node)
         return;
-    End();
-    _node = p_node;
-    _changed = std::move(p_changed);
-    if (!_isWindowHere)
+    Core::Ptr<Render::Vis> const former = std::exchange(_node, p_node).Lock();
+    Told const lost = std::exchange(_changed, std::move(p_changed));
+    if (former)
+        _caller.Tell(lost, Change::Lost);
+    if (!_isWindowHere && Has(p_node))
         _caller.Tell(_changed, Change::WindowLeft);
 }
 
@@ -88,11 +91,12 @@ EventCaller::Outcome FocusTracker::Offer(InputEvent const& p_input) {
 
 std::vector<FocusTracker::WeakVis> FocusTracker::Candidates() const {
     std::vector<WeakVis> candidates;
+    std::unordered_set<Render::Vis const*> known; // nodes may be shared, and a broken tree may lead back to itself
     std::vector<Core::Ptr<Render::Vis>> open{_scene.Visual()};
     while (!open.empty()) {
         Core::Ptr<Render::Vis> const node = std::move(open.back());
         open.pop_back();
-        if (!node || !node->IsEnabled())
+        if (!node || !node->IsEnabled() || !known.insert(node.Get()).second)
             continue;
         if (EventCaller::IsConnected(WeakVis(node), EventHandler::EventKeyPress))
             candidates.emplace_back(node);

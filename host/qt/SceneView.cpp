@@ -433,7 +433,7 @@ bool SceneView::Key(QKeyEvent& p_event) {
             _input.KeyReleased(key, modifiers);
         return false;
     }
-    if (std::exchange(_overriddenKey, 0) == p_event.key())
+    if (std::exchange(_overriddenKey, std::nullopt) == p_event.key())
         return true;
     _isKeyTaken = true; // unless the dispatcher finds nobody and hands it on
     _input.KeyPressed(key, modifiers, p_event.text().toStdWString());
@@ -441,9 +441,14 @@ bool SceneView::Key(QKeyEvent& p_event) {
 }
 
 bool SceneView::OverrideShortcut(QKeyEvent& p_event) {
+    _overriddenKey.reset(); // the press of an earlier one may have gone elsewhere
     auto const [key, modifiers] = KeyStroke(p_event);
     bool const isTab = key == EventInformation::KeyTab; // goes on to the next one, which has no shortcut
-    if (isTab || !_input.KeyOffered(key, modifiers, p_event.text().toStdWString()))
+    bool const isAlt = p_event.modifiers().testFlag(::Qt::AltModifier);
+    bool const isControl = p_event.modifiers().testFlag(::Qt::ControlModifier);
+    // Menus go before; where a sign is typed with such a key, it comes as a press. AltGr is Alt with Control on some systems.
+    bool const isMenus = p_event.modifiers().testFlag(::Qt::MetaModifier) || (isAlt && !isControl);
+    if (isTab || isMenus || !_input.KeyOffered(key, modifiers, p_event.text().toStdWString()))
         return false;
     _overriddenKey = p_event.key();
     p_event.accept();

@@ -19,6 +19,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -149,7 +150,7 @@ private:
     bool _isFitWanted = true;
     bool _isInFrame = false;
     bool _isKeyTaken = false;
-    int _overriddenKey = 0; ///< has been used already when its press comes
+    std::optional<int> _overriddenKey; ///< has been used already when its press comes
     double _fingerDistance = 0; ///< between two fingers, in logical pixels; 0 while there are fewer
     Types::Pos _pointer{-1, -1}; ///< where it was last; outside at first
     std::string _lastFailure;

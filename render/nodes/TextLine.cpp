@@ -43,6 +43,8 @@ std::u32string Slice(TextLine::Content const& p_content, std::size_t p_begin, st
 
 TextLine::TextLine() = default;
 TextLine::~TextLine() = default;
+TextLine::TextLine(TextLine&&) noexcept = default;
+TextLine& TextLine::operator=(TextLine&&) noexcept = default;
 
 bool TextLine::IsSame(Ogl::Text const& p_font, Content const& p_content) const {
     bool const isSameText = _layout && _revision == p_content.revision && _composition == p_content.composition;

@@ -31,6 +31,8 @@ public:
 
     TextLine();
     ~TextLine();
+    TextLine(TextLine&&) noexcept;
+    TextLine& operator=(TextLine&&) noexcept;
 
     /// What is to be seen.
     struct Content {

@@ -109,6 +109,8 @@ TextWidget::~TextWidget() {
 }
 
 TextWidget& TextWidget::SetMode(Mode p_mode) {
+    if (_mode != p_mode)
+        EndInput();
     _mode = p_mode;
     if (_mode != Mode::Label && std::ranges::any_of(_edit.Text(), &IsControl))
         _edit.SetText(InOneLine(_edit.Text()));
@@ -213,6 +215,8 @@ bool TextWidget::IsHit(Types::Pos const& p_pos) const {
 void TextWidget::FlagChanged(Flag p_flag) {
     _opacity.SetTarget(Has(FlagShown) ? 1.0F : 0.0F, Has(FlagAnimated));
     _lastAction = qordebug::now();
+    if (p_flag == FlagDisabled && Has(FlagDisabled))
+        EndInput();
     if (p_flag != FlagFocus)
         return;
     _isWindowHere = true;
@@ -241,6 +245,12 @@ void TextWidget::EndInput() {
         _host->EndTextInput();
 }
 
+/// The input method stays on for what comes next.
+void TextWidget::EndComposition() {
+    if (!_composition.empty())
+        EndInput();
+}
+
 // What the user does.
 
 void TextWidget::Show(EventInformation& p_event) {
@@ -262,7 +272,7 @@ std::size_t TextWidget::PlaceAt(Types::Pos const& p_pos) {
 bool TextWidget::Press(Types::Pos const& p_pos, EventInformation& p_event) {
     if (!IsFocusable() || !IsHit(p_pos))
         return false;
-    EndInput();
+    EndComposition();
     _edit.MoveTo(PlaceAt(p_pos), HasModifier(p_event, EventInformation::ModifierShift));
     _isSelecting = true;
     Show(p_event);
@@ -283,7 +293,7 @@ void TextWidget::Release(Types::Pos const&, EventInformation&) {
 bool TextWidget::DoublePress(Types::Pos const& p_pos, EventInformation& p_event) {
     if (!IsFocusable() || !IsHit(p_pos))
         return false;
-    EndInput();
+    EndComposition();
     LayOut();
     _edit.SelectWordAt(_line.CharacterAt(p_pos.x - static_cast<int>(Inside().x)));
     Show(p_event);
@@ -406,7 +416,7 @@ bool TextWidget::MoveKey(EventInformation const& p_event) {
     default:
         return false;
     }
-    EndInput();
+    EndComposition();
     return true;
 }
 
@@ -447,9 +457,13 @@ Ogl::Text& TextWidget::Font(DrawContext const& p_context) {
     Types::Schema const& schema = p_context.Schema().Top();
     auto const size = static_cast<float>(std::max(schema.fontSize, 1));
     _ratio = OverlayShapes::PixelRatio(p_context);
-    if (!_text) {
+    if (!_text || _family != schema.fontFamily) {
         Agl agl(p_context.Graphics());
+        _line = TextLine(); // it refers to the former font
+        _block.reset();
+        _measured.reset();
         _text = agl->GenFont(p_context.Resource().FontSet(schema.fontFamily), size);
+        _family = schema.fontFamily;
     }
     if (_text->Size() != size)
         _text->SetSize(size);
@@ -492,8 +506,15 @@ Types::Size TextWidget::PreferredSize(DrawContext const& p_context, int p_width)
     Ogl::Text& font = Font(p_context);
     if (_mode == Mode::Label) {
         constexpr int Highest = 1 << 14;
-        Assets::TextLayout const& layout = Block(_edit.Text(), _edit.Revision(), std::max(p_width, 1), Highest);
-        return {layout.Width(), layout.Height()};
+        Measured now{_edit.Revision(), std::max(p_width, 1), font.Size(), font.PixelRatio(), {}};
+        bool const isSame = _measured && _measured->id == now.id && _measured->width == now.width &&
+            _measured->size == now.size && _measured->ratio == now.ratio;
+        if (!isSame) {
+            Assets::TextLayout const& layout = Block(_edit.Text(), now.id, now.width, Highest);
+            now.needed = {layout.Width(), layout.Height()};
+            _measured = now;
+        }
+        return _measured->needed;
     }
     LayOut();
     int const padding = _isFramed ? 2 * static_cast<int>(ToolbarLayout::Scaled(PaddingY, _ratio)) : 0;

@@ -143,6 +143,7 @@ private:
     void Show(EventInformation& p_event);
     /// Gives up what is being composed.
     void EndInput();
+    void EndComposition();
     std::size_t PlaceAt(Types::Pos const& p_pos);
 
     /// The space for the text.
@@ -179,6 +180,16 @@ private:
     /// A label or a placeholder that is laid out.
     struct LaidOut;
     std::unique_ptr<LaidOut> _block;
+    /// What a label needs, and what that depends on.
+    struct Measured {
+        std::uint64_t id;
+        int width;
+        float size;
+        float ratio;
+        Types::Size needed;
+    };
+    std::optional<Measured> _measured;
+    std::string _family; ///< of the fonts
     std::u32string _placeholderShown;
     std::uint64_t _placeholderNumber = 0; ///< counted up with each change of it
 

@@ -110,10 +110,10 @@ void WidgetNode::TakeFocus(EventInformation& p_event) {
     Widget& widget = GetWidget();
     if (_hasFocus || !widget.IsFocusable())
         return;
+    _hasFocus = true; // before it is told of what becomes of it
+    widget.Set(Widget::FlagFocus, true);
     p_event.Sink().TakeFocus(
         Core::WeakPtr<Vis>(Core::Ptr<Vis>(this)), [this](EventSink::FocusChange p_change) { FocusChanged(p_change); });
-    _hasFocus = true;
-    widget.Set(Widget::FlagFocus, true);
     p_event.Sink().RequestRedraw();
 }
 
