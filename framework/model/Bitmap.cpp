@@ -3,7 +3,7 @@
 namespace Qor::Chart::Model {
 
 Property<Bitmap, std::string> const Bitmap::ImageFileProperty(
-    Field<&Bitmap::_imageFile>, {1, "imageFile", "The path of the image to show; empty shows nothing."}, std::string());
+    Field<&Bitmap::_imageFile>, {1, "imageFile", "The path of the image to show."}, std::string());
 
 PropertyList const& Bitmap::ClassProperties() {
     static PropertyList const properties(ModelNode::ClassProperties(), {&ImageFileProperty});

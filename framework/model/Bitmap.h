@@ -16,7 +16,7 @@ public:
 
     Bitmap() = default;
 
-    /// The path of the image, UTF-8; empty shows nothing.
+    /// The path of the image, UTF-8.
     std::string const& ImageFile() const noexcept { return _imageFile; }
     void SetImageFile(std::string p_file) { ImageFileProperty.Set(*this, std::move(p_file)); }
 

@@ -444,6 +444,9 @@ void Agl::Draw() {
 
 void Agl::AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass) {
     if (NeedsStippleCounts(p_buffer->Kind(), p_pass.pipeline)) [[unlikely]] {
+        if (_isDeferring) {
+            DeferInstances(*p_buffer); // those of the pass before
+        }
         AppendExpanded(*p_buffer, p_pass);
         ResolvePerspectiveRow(_modelView.back());
         ResolveState(0);

@@ -47,7 +47,7 @@ void Agl::CarryOutTransparent() {
     if (_isDeferring) {
         SwitchRecording();
     }
-    if (_deferred.IsEmpty()) {
+    if (_deferred.IsEmpty() && _deferred.recording.list.states.empty()) {
         return;
     }
     _deferred.Sort();

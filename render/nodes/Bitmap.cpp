@@ -50,23 +50,21 @@ NodeStatus Bitmap::DoUpdate(UpdateContext const& p_context) {
     if (_watchers.Empty() || _watchers.Modified())
         WatchModel();
     if (!_watchers.Modified())
-        return NodeStatusOk;
+        return _status;
     Core::Ptr<Model::Bitmap> const model = _model.Lock();
     if (!model)
         return NodeStatusInvalid;
-    NodeStatus status = NodeStatusOk;
+    _status = NodeStatusOk;
     qorfile::filepath const path(model->ImageFile());
-    if (path.empty()) {
-        _texture.reset();
-    } else if (!qorfile::fileexists(path)) {
+    if (!qorfile::fileexists(path)) {
         p_context.Dispatcher().ReportWarning(
             *this, "The given image for Bitmap does not exist", Utility::AtLine(__PRETTY_FUNCTION__, 47), 1);
-        status = NodeStatusInvalid;
+        _status = NodeStatusInvalid;
     } else {
-        status = Load(p_context, path);
+        _status = Load(p_context, path);
     }
     _watchers.Reset();
-    return status;
+    return _status;
 }
 
 NodeStatus Bitmap::Load(UpdateContext const& p_context, qorfile::filepath const& p_file) {

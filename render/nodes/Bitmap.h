@@ -16,9 +16,8 @@ namespace Qor::Chart::Render {
 /// The visual node of a bitmap: one image over the scene of its pane, as large as fits with its sides in proportion, in
 /// the middle of the pane. Parts of it that are transparent let the scene through; the pointer goes through all of it.
 ///
-/// The file is read when the model changes. An empty file name shows nothing and is no error. A file that is missing or
-/// broken makes the node invalid and is reported, once per change of the model; the image from before comes back when
-/// the node is valid again without another one.
+/// The file is read when the model changes. A file that is missing or broken makes the node invalid and is reported, once
+/// per change of the model, and so does an empty name; the node stays invalid until the model names another file.
 class QOR_VIS_API Bitmap : public Vis, public SelectsBelow {
 public:
     Bitmap();
@@ -41,6 +40,7 @@ private:
     Core::WeakRef<Model::Bitmap> _model;
     Core::ModificationWatcherList _watchers; ///< over the model
     std::shared_ptr<Library::Texture const> _texture; ///< empty until an image was loaded
+    NodeStatus _status = NodeStatusOk; ///< what the last reading came to; changes from elsewhere make no file good
 };
 
 } // namespace Qor::Chart::Render

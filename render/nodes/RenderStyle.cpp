@@ -259,7 +259,10 @@ void RenderStyle::WriteShader(DrawContext& p_context, Model::RenderStyle const& 
     DrawContext::GenericShaderEntry const& outer = p_context.Shader().Top();
     if (!outer.Parameters())
         return;
-    if (_outerShader.Parameters() != outer.Parameters()) {
+    std::array const environments{
+        p_context.FirstTexture().Top().environment, p_context.SecondTexture().Top().environment};
+    if (_outerShader.Parameters() != outer.Parameters() || _environments != environments) {
+        _environments = environments;
         Ogl::GenericShader::State const state = StateUnder(*outer.Parameters(), p_context, p_model);
         _outerShader = outer;
         _shader = state == *outer.Parameters() ? outer : outer.With(state);

@@ -234,18 +234,18 @@ void SimpleObject::DoTeardown(DrawContext const&, Agl& p_agl) {
 DrawResult SimpleObject::DoDraw(DrawContext const& p_context) {
     if (!_symbol)
         return DrawResultDescend;
-    Look const look = LookIn(p_context);
+    SymbolLook const look = LookIn(p_context);
     if (look.color.alpha <= 0)
         return DrawResultDescend;
     Agl agl(p_context.Graphics());
     Ogl::Bind<Ogl::Shader> const shader(agl, _symbol->Shader(p_context, agl));
     DrawSymbol(agl, look);
     if (_isVisibleBehindGeometry && agl->Features().Supported(Ogl::DeviceFeature::PolygonStipple))
-        DrawBehindGeometry(agl, look.color);
+        DrawBehindGeometry(agl, look);
     return DrawResultDescend;
 }
 
-SimpleObject::Look SimpleObject::LookIn(DrawContext const& p_context) const {
+SymbolLook SimpleObject::LookIn(DrawContext const& p_context) const {
     using AlphaMode = Ogl::GenericShader::AlphaMode;
     Ogl::GenericShader::State const* const state = p_context.Shader().Top().Parameters();
     if (!state || state->IsPlain())
@@ -261,7 +261,7 @@ SimpleObject::Look SimpleObject::LookIn(DrawContext const& p_context) const {
     color.alpha = isBlended ? color.alpha * style.opacity : style.opacity;
     bool const letsThrough =
         isBlended && (style.alphaMode == AlphaMode::Blended || (textures & style.translucentTextures).any());
-    return {color, color.alpha < 1 || letsThrough, textures};
+    return {color, color.alpha < 1 || letsThrough, textures, isBlended ? style.opacity : 1.0F};
 }
 
 Types::Color4f SimpleObject::ColorUnder(Ogl::GenericShader::Look const& p_style, bool p_isTextured) const {
@@ -283,7 +283,7 @@ void SimpleObject::WarnOfTextures(DrawContext const& p_context) const {
         Utility::AtLine(__PRETTY_FUNCTION__, __LINE__), 1);
 }
 
-void SimpleObject::DrawSymbol(Agl& p_agl, Look const& p_look) const {
+void SimpleObject::DrawSymbol(Agl& p_agl, SymbolLook const& p_look) const {
     if (!p_look.isTransparent && p_look.textures.none()) [[likely]] {
         Ogl::PushAttribScope const saved(p_agl, AGL_CURRENT_BIT);
         p_agl->Color(p_look.color);
@@ -299,28 +299,25 @@ void SimpleObject::DrawSymbol(Agl& p_agl, Look const& p_look) const {
         p_agl->Enable(AGL_TRANSPARENCY);
         p_agl->DepthMask(false);
     }
-    for (std::size_t unit = 0; unit < p_look.textures.size(); ++unit) {
-        if (p_look.textures[unit]) {
-            p_agl->ActiveTexture(AGL_TEXTURE0 + static_cast<Ogl::Token>(unit));
-            p_agl->Enable(AGL_TEXTURE_2D);
-        }
-    }
+    p_look.EnableTextures(*p_agl);
     p_agl->Color(p_look.color);
-    p_agl->Draw(p_look.textures[1] ? _symbol->TwiceTexturedBuffer(p_agl) : _symbol->Buffer());
+    p_agl->Draw(p_look.BufferOf(*_symbol, p_agl));
 }
 
-void SimpleObject::DrawBehindGeometry(Agl& p_agl, Types::Color4f const& p_color) const {
+void SimpleObject::DrawBehindGeometry(Agl& p_agl, SymbolLook const& p_look) const {
+    Types::Color4f const& color = p_look.color;
     BehindGeometryLook const look =
-        _isFront ? BehindGeometryLook{12, p_color.alpha} : BehindGeometryLook{4, FaintAlpha};
+        _isFront ? BehindGeometryLook{12, color.alpha} : BehindGeometryLook{4, FaintAlpha * p_look.opacity};
     {
         Ogl::PushAttribScope const saved(
-            p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_ENABLE_BIT | AGL_POLYGON_STIPPLE_BIT);
+            p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_ENABLE_BIT | AGL_POLYGON_STIPPLE_BIT | AGL_TEXTURE_BIT);
         p_agl->Disable(AGL_DEPTH_TEST);
         BlendOver(p_agl);
         p_agl->Enable(AGL_POLYGON_STIPPLE);
         p_agl->PolygonStipple(Library::Pattern::PolygonStipplePattern(look.sixteenths).data());
-        p_agl->Color(p_color.red, p_color.green, p_color.blue, look.alpha);
-        p_agl->Draw(_symbol->Buffer());
+        p_look.EnableTextures(*p_agl);
+        p_agl->Color(color.red, color.green, color.blue, look.alpha);
+        p_agl->Draw(p_look.BufferOf(*_symbol, p_agl));
     }
     p_agl->Disable(AGL_POLYGON_STIPPLE);
     p_agl->Disable(AGL_BLEND);
@@ -343,7 +340,7 @@ DrawResult SimpleObject::DoHighlight(DrawContext const& p_context) {
     Ogl::Highlight look = p_context.GetHighlighter();
     if (_selected && !isHovered)
         look = SelectionLook(p_context, look);
-    SymbolHighlight(look, LookIn(p_context).color, amount).Draw(p_context, agl, *_symbol);
+    SymbolHighlight(look, LookIn(p_context), amount).Draw(p_context, agl, *_symbol);
     return DrawResultDescend;
 }
 

@@ -10,6 +10,7 @@
 #include "render/anim/Blender.h"
 #include "render/core/Vis.h"
 #include "render/events/EventHandler.h"
+#include "render/nodes/SymbolLook.h"
 
 #include <bitset>
 #include <list>
@@ -77,16 +78,11 @@ private:
     void Warn(UpdateContext const& p_context, std::string const& p_text, std::string const& p_location) const;
 
     /// How the object looks in its place in the tree.
-    struct Look {
-        Types::Color4f color;
-        bool isTransparent;
-        std::bitset<2> textures = {}; ///< units that it shows
-    };
-    Look LookIn(DrawContext const& p_context) const;
+    SymbolLook LookIn(DrawContext const& p_context) const;
     Types::Color4f ColorUnder(Ogl::GenericShader::Look const& p_style, bool p_isTextured) const;
     void WarnOfTextures(DrawContext const& p_context) const;
-    void DrawSymbol(Utility::Scoped<Ogl::Agl>& p_agl, Look const& p_look) const;
-    void DrawBehindGeometry(Utility::Scoped<Ogl::Agl>& p_agl, Types::Color4f const& p_color) const;
+    void DrawSymbol(Utility::Scoped<Ogl::Agl>& p_agl, SymbolLook const& p_look) const;
+    void DrawBehindGeometry(Utility::Scoped<Ogl::Agl>& p_agl, SymbolLook const& p_look) const;
 
     Core::WeakRef<Model::SimpleObject> _model;
     Core::ModificationWatcherList _watchers; ///< over the model and its symbol

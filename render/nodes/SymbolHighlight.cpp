@@ -85,12 +85,16 @@ private:
 
 } // namespace
 
-SymbolHighlight::SymbolHighlight(Ogl::Highlight const& p_look, Types::Color4f const& p_object, float p_amount)
-    : _surface(SurfaceOf(p_look, p_object.ToQColor(), p_amount))
+SymbolHighlight::SymbolHighlight(Ogl::Highlight const& p_look, SymbolLook const& p_object, float p_amount)
+    : _object(p_object)
+    , _surface(SurfaceOf(p_look, p_object.color.ToQColor(), p_amount))
     , _innerRing(Opaque(p_look.Color(), p_amount))
     , _outerRing(Opaque(ContrastOf(p_look.Color()), p_amount))
     , _ringWidth(p_look.LineWidth())
-    , _amount(p_amount) {}
+    , _amount(p_amount) {
+    if (p_object.isTransparent)
+        _surface.alpha *= p_amount; // the draw pass has drawn it already
+}
 
 void SymbolHighlight::Draw(DrawContext const& p_context, Agl& p_agl, LoadedSymbol const& p_symbol) const {
     Ogl::PushAttribScope const saved(p_agl, SavedState);
@@ -102,12 +106,13 @@ void SymbolHighlight::Draw(DrawContext const& p_context, Agl& p_agl, LoadedSymbo
 }
 
 void SymbolHighlight::DrawSurface(DrawContext const& p_context, Agl& p_agl, LoadedSymbol const& p_symbol) const {
-    Ogl::PushAttribScope const saved(p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT);
+    Ogl::PushAttribScope const saved(p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_TEXTURE_BIT);
     Ogl::Bind<Ogl::Shader> const shader(p_agl, p_symbol.Shader(p_context, p_agl));
-    if (_surface.alpha < 1.0F)
+    if (_surface.alpha < 1.0F || _object.isTransparent)
         BlendOver(p_agl);
+    _object.EnableTextures(*p_agl);
     p_agl->Color(_surface);
-    p_agl->Draw(p_symbol.Buffer());
+    p_agl->Draw(_object.BufferOf(p_symbol, p_agl));
 }
 
 /// Wide edges stick out of the surface by half their width; what they cover of it is masked.

@@ -3,6 +3,7 @@
 #include "framework/ogl/Highlight.h"
 #include "framework/types/Color4f.h"
 #include "framework/utility/Scoped.h"
+#include "render/nodes/SymbolLook.h"
 
 namespace Qor::Chart::Ogl {
 class Agl;
@@ -20,9 +21,9 @@ class LoadedSymbol;
 class SymbolHighlight {
 public:
     /// @param p_look    colour and width of the rings
-    /// @param p_object  the colour that the symbol was drawn in
+    /// @param p_object  how the symbol was drawn
     /// @param p_amount  0 leaves the symbol as it is, 1 is the whole highlight
-    SymbolHighlight(Ogl::Highlight const& p_look, Types::Color4f const& p_object, float p_amount);
+    SymbolHighlight(Ogl::Highlight const& p_look, SymbolLook const& p_object, float p_amount);
 
     /// Draws with the present matrices and tests against the depths that are there. Outside panes these are those of the
     /// draw pass, so that what is in front covers the highlight. A pane clears its depths at the beginning of the highlight
@@ -35,6 +36,7 @@ private:
         DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl, LoadedSymbol const& p_symbol) const;
     void DrawRings(DrawContext const& p_context, Utility::Scoped<Ogl::Agl>& p_agl, LoadedSymbol const& p_symbol) const;
 
+    SymbolLook _object;
     Types::Color4f _surface;
     Types::Color4f _innerRing;
     Types::Color4f _outerRing;
