@@ -153,6 +153,7 @@ public:
         _input.FocusGained();
         Expect("focus behind the last node", _input.HasFocus(), false);
         Expect("composing", _clipboard.isComposing, false);
+        _root->SetEnabled(true); // a legend may have hidden it, and then there is nothing to compare
         for (Core::Ptr<Model::ModelNode> const& node : All()) {
             if (auto const pane = Core::DynamicCast<Model::Pane>(node)) // a bar that was hidden again is still there
                 pane->SetToolbarShown(true);
@@ -253,8 +254,11 @@ private:
         if (!model || _input.HasFocus())
             return;
         Expect("text of the model after Escape", model->Text() == before, true);
-        if (Render::TextBox const* const box = FindBox(*_shown.scene.Visual(), model.Get()))
-            Expect("text shown after Escape", box->Field().Text() == before, true);
+        if (Render::TextBox const* const box = FindBox(*_shown.scene.Visual(), model.Get())) {
+            Render::TextWidget field; // which shows blanks for control characters
+            field.SetMode(box->Field().GetMode()).SetText(before);
+            Expect("text shown after Escape", box->Field().Text() == field.Text(), true);
+        }
     }
     /// What a field for text understands, most of it beside the point for whoever has the focus.
     void Type() {
@@ -350,11 +354,13 @@ private:
         if (_input.IsDragging())
             Frame();
         bool const wasDragging = _input.IsDragging() && !_dragger.Expired();
+        int const edits = _edits;
         p_input();
         if (_input.IsDragging())
             return;
         Core::Ptr<Model::Pane> const pane = std::exchange(_dragged, {});
-        if (wasDragging && pane && !(pane->GetViewport() == _before))
+        bool const isUndisturbed = edits == _edits; // what a callback changed came after the drag
+        if (wasDragging && pane && isUndisturbed && !(pane->GetViewport() == _before))
             CheckDragged(*_shown.scene.Visual(), _window, *pane);
     }
     void CheckDragged(Render::Vis const& p_node, Rectangle p_place, Model::Pane const& p_dragged) {
@@ -391,6 +397,7 @@ private:
             throw std::runtime_error(Planted);
     }
     void Edit() {
+        ++_edits;
         Nodes const nodes = All();
         int const count = static_cast<int>(nodes.size());
         Core::Ptr<Model::ModelNode> const node = nodes[Whole(count)];
@@ -542,12 +549,18 @@ private:
 
     // What is left.
 
-    /// Legends, which may have been scrolled, get new visual nodes. Figures of past frames are left out.
+    /// Legends, which may have been scrolled, get new visual nodes. Colour pickers get another colour and theirs back,
+    /// which is then the former one, too. Figures of past frames are left out.
     void RenewWhatRemembers() {
         std::vector<std::pair<Core::Ptr<Model::ModelNode>, Core::Ptr<Model::ModelNode>>> places;
+        std::vector<std::pair<Core::Ptr<Model::ColorPicker>, QColor>> colors;
         for (Core::Ptr<Model::ModelNode> const& node : All()) {
             if (auto const figures = Core::DynamicCast<Model::Statistics>(node))
                 figures->SetVisible(false);
+            if (auto const picker = Core::DynamicCast<Model::ColorPicker>(node)) {
+                colors.emplace_back(picker, picker->Color());
+                picker->SetColor(picker->Color() == QColor(Qt::black) ? Qt::white : Qt::black);
+            }
             if (!Core::DynamicCast<Model::Legend>(node))
                 continue;
             for (Model::ModelNode* const parent : node->Parents())
@@ -557,6 +570,8 @@ private:
         Frame();
         for (auto const& [parent, node] : places)
             parent->Add(node);
+        for (auto const& [picker, color] : colors)
+            picker->SetColor(color);
         Frame();
     }
     void CheckModel() {
@@ -653,6 +668,7 @@ private:
     Clipboard _clipboard;
     std::deque<Told> _told;
     bool _isComparing = false; ///< the model is to stay as it is
+    int _edits = 0; ///< changes by the program so far
     Core::Ptr<Model::ModelNode> _root = Core::MakeNode<Model::SceneGraph>();
     Shown _shown{_root};
     InputDispatcher _input{_shown.scene};

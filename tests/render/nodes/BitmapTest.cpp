@@ -68,7 +68,7 @@ struct BitmapTest : ::testing::Test, Fixtures::SceneFixture {
 TEST_F(BitmapTest, theImageFitsIntoItsViewportInItsOwnProportions) {
     Update();
     EXPECT_EQ(Drawn(100, 100), Types::Size()) << "without an image";
-    EXPECT_TRUE(Child().IsValid());
+    EXPECT_FALSE(Child().IsValid());
     struct {
         char const* file;
         Types::Size viewport, expected;
@@ -83,10 +83,6 @@ TEST_F(BitmapTest, theImageFitsIntoItsViewportInItsOwnProportions) {
         EXPECT_EQ(Draw(float(width), float(height)), DrawResultSkipChildren);
         EXPECT_THAT(Backend().Commands(), SizeIs(0));
     }
-    bitmap->SetImageFile("");
-    Update();
-    EXPECT_EQ(Drawn(100, 100), Types::Size()) << "no file any more";
-    EXPECT_THAT(dispatcher.warnings, SizeIs(0));
 }
 
 TEST_F(BitmapTest, aFileThatCannotBeShownIsReportedOncePerChangeAndTheOldImageStays) {
@@ -94,8 +90,9 @@ TEST_F(BitmapTest, aFileThatCannotBeShownIsReportedOncePerChangeAndTheOldImageSt
     Update();
     std::string const missing = "The given image for Bitmap does not exist";
     std::size_t reports = 0;
-    for (auto const& [name, text] : {std::pair(Path("none"), missing), {(folder / "folder").string(), missing},
-             {Path("text"), "text.png\": "}, {std::string(1 << 20, 'x'), missing}, {"/dev/null", "ordinary"}}) {
+    for (auto const& [name, text] :
+        {std::pair(Path("none"), missing), {(folder / "folder").string(), missing}, {Path("text"), "text.png\": "},
+            {std::string(1 << 20, 'x'), missing}, {"", missing}, {"/dev/null", "ordinary"}}) {
         bitmap->SetImageFile(name);
         for (int i = 0; i < 3; ++i)
             Update();
@@ -109,7 +106,11 @@ TEST_F(BitmapTest, aFileThatCannotBeShownIsReportedOncePerChangeAndTheOldImageSt
             EXPECT_EQ(dispatcher.warnings[reports].second, missing);
             EXPECT_THAT(dispatcher.warningLocations[reports], ::testing::EndsWith(" @line47"));
         }
-        reports += 2;
+        Child().Touch(); // not a change of the model
+        Update();
+        EXPECT_FALSE(Child().IsValid()) << text;
+        EXPECT_EQ(dispatcher.warnings.size(), reports + 3) << text << ": that of the invalid node";
+        reports += 3;
     }
     bitmap->SetImageFile(Path("high"));
     Update();
