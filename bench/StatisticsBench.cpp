@@ -31,13 +31,13 @@ struct Stage {
         driver->Update();
         camera.Fit(scene->Bounds(), Window);
     }
-    void Prepare(bool p_isShown, double p_interval) {
+    void Prepare(bool p_isShown, double p_interval) const {
         panel->SetVisible(p_isShown);
         panel->SetInterval(p_interval);
         driver->Update();
     }
-    void Draw() { driver->Draw(camera, Window); }
-    double DrawCalls() {
+    void Draw() const { driver->Draw(camera, Window); }
+    double DrawCalls() const {
         Draw();
         return static_cast<double>(driver->Statistics().graphics.drawCalls);
     }

@@ -39,7 +39,7 @@ Core::Ptr<Node> Placed(Core::Ptr<Node> const& p_node, XEdge p_xEdge, double p_x,
 }
 
 Core::Ptr<Model::SimpleObject> Object(Model::SymbolShape p_shape, Matrix4 const& p_place, QColor const& p_color) {
-    auto const object = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(p_shape));
+    auto object = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(p_shape));
     object->SetTransform(p_place);
     object->SetColor(p_color);
     return object;
@@ -47,7 +47,7 @@ Core::Ptr<Model::SimpleObject> Object(Model::SymbolShape p_shape, Matrix4 const&
 
 /// A pane with a title, for what is seen from some direction.
 Core::Ptr<Model::Pane> PaneAt(Types::Viewport<1> const& p_place, wchar_t const* p_title) {
-    auto const pane = Core::MakeNode<Model::Pane>();
+    auto pane = Core::MakeNode<Model::Pane>();
     pane->SetViewport(p_place);
     pane->SetTitle(p_title);
     pane->SetTitlePinned(true);

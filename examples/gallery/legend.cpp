@@ -26,7 +26,8 @@ int main(int p_argc, char** p_argv) try {
         for (int i = kind; i < 60; i += 3) {
             auto const object = Core::MakeNode<Model::SimpleObject>(symbol);
             double const height = std::sin(0.7 * i) + 1;
-            object->SetTransform(Types::Matrix4::Translation({1.4 * (i % 10), height, 1.4 * (i / 10)}));
+            int const row = i / 10;
+            object->SetTransform(Types::Matrix4::Translation({1.4 * (i % 10), height, 1.4 * row}));
             object->SetColor(Library::ColorMap().SetRange(0, 2).At(height).ToQColor());
             group->Add(object);
         }

@@ -11,7 +11,7 @@ int main(int p_argc, char** p_argv) try {
     Host::Offscreen picture({640, 400});
     picture.GetCamera().Look(20, 25);
     auto const object = [](Model::SymbolShape p_shape, double p_x) {
-        auto const node = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(p_shape));
+        auto node = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(p_shape));
         node->SetTransform(Types::Matrix4::Translation({p_x, 0, 0}) * Types::Matrix4::Rotation(-90, {1, 0, 0}));
         return node;
     };

@@ -21,7 +21,8 @@ int main(int p_argc, char** p_argv) try {
     std::vector<Core::Ptr<Model::SimpleObject>> cubes;
     for (int i = 0; i < 15; ++i) {
         auto const cube = Core::MakeNode<Model::SimpleObject>(symbol);
-        cube->SetTransform(Types::Matrix4::Translation({1.5 * (i % 5), 1.5 * (i / 5), 0}));
+        int const row = i / 5;
+        cube->SetTransform(Types::Matrix4::Translation({1.5 * (i % 5), 1.5 * row, 0}));
         cube->SetColor(QColor(205, 205, 200));
         cubes.push_back(cube);
         picture.GetScene().Add(cube);

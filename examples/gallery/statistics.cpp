@@ -14,7 +14,9 @@ int main(int p_argc, char** p_argv) try {
     auto const symbol = Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube);
     for (int i = 0; i < 8000; ++i) {
         auto const object = Core::MakeNode<Model::SimpleObject>(symbol);
-        object->SetTransform(Types::Matrix4::Translation({1.3 * (i % 20), 1.3 * (i / 20 % 20), 1.3 * (i / 400)}));
+        int const row = i / 20 % 20;
+        int const layer = i / 400;
+        object->SetTransform(Types::Matrix4::Translation({1.3 * (i % 20), 1.3 * row, 1.3 * layer}));
         object->SetColor(QColor::fromHsv(i % 360, 120, 230));
         group->Add(object);
     }

@@ -16,7 +16,7 @@ int main(int p_argc, char** p_argv) try {
     object->SetColor(QColor(80, 160, 120));
     pane->Add(object);
     auto const box = [&](double p_up) {
-        auto const node = Core::MakeNode<Model::TextBox>();
+        auto node = Core::MakeNode<Model::TextBox>();
         node->SetWidth(220);
         node->SetMode(Model::TextBox::Mode::Editable);
         node->SetXPosition({Types::DefinedAs::Pixels, Types::XEdge::Left, 16});
