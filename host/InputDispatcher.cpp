@@ -550,8 +550,8 @@ void InputDispatcher::Hover(Render::SelectRecord const& p_record) {
     _caller.Tell(_callbacks.hover, p_record);
 }
 
-void InputDispatcher::TakeFocus(WeakVis const& p_node, std::function<void(FocusChange)> p_changed) {
-    _focus.Take(p_node, std::move(p_changed));
+void InputDispatcher::TakeFocus(WeakVis const& p_node, std::function<void(FocusChange)> const& p_changed) {
+    _focus.Take(p_node, p_changed);
 }
 
 void InputDispatcher::LeaveFocus(WeakVis const& p_node) {

@@ -142,7 +142,8 @@ public:
     void Hover(Render::SelectRecord const& p_record) override;
     void EndHover(Core::WeakPtr<Model::ModelNode> const& p_node) override;
     Render::PopOutHost* GetPopOutHost() override { return _popOutHost; }
-    void TakeFocus(Core::WeakPtr<Render::Vis> const& p_node, std::function<void(FocusChange)> p_changed) override;
+    void TakeFocus(
+        Core::WeakPtr<Render::Vis> const& p_node, std::function<void(FocusChange)> const& p_changed) override;
     void LeaveFocus(Core::WeakPtr<Render::Vis> const& p_node) override;
     Render::TextInputHost* GetTextInputHost() override { return _textInputHost; }
     /// @}

@@ -512,7 +512,9 @@ void Agl::ResolveState(StateMask p_unused) {
     if (isSwitched) [[unlikely]] {
         SwitchRecording();
     }
-    _resolved |= _dirty;
+    if (!isSwitched) {
+        _resolved |= _dirty; // what the other recording just handed over is no news to it
+    }
     ResolveTextures();
     StateMask dirty = _dirty & ~UndrawnItems;
     StateMask skipped = 0;
@@ -525,7 +527,7 @@ void Agl::ResolveState(StateMask p_unused) {
             std::transform(m, m + 16, _state.textureMatrices[unit].matrix.begin(), ToFloat);
         }
     }
-    if ((dirty & StateBit(StateItem::Polygon)) != 0 || _key.enables != _state.enables || isSwitched) {
+    if ((dirty & StateBit(StateItem::Polygon)) != 0 || _key.enables != _state.enables) {
         ResolvePolygonPasses();
     }
     for (; dirty != 0; dirty &= dirty - 1) {
@@ -592,6 +594,7 @@ void Agl::ResolveTextures() {
         } else {
             _boundTextures.erase(id);
             Assign(StateItem::Texture0 + unit, id, std::uint64_t(0));
+            _resolved |= StateBit(StateItem::Texture0 + unit);
         }
     }
 }

@@ -37,7 +37,7 @@ void Agl::SwitchRecording() {
     std::swap(_key, other.key);
     std::swap(_keyIsNew, other.keyIsNew);
     std::swap(_dirty, other.dirty);
-    _dirty |= writtenMeanwhile;
+    _dirty |= writtenMeanwhile | StateBit(StateItem::Polygon); // waiting draws draw the backs apart
     _resolved = 0;
     _isDeferring = !_isDeferring;
     _instanceLimit = _isDeferring ? 0 : MaxInstances;

@@ -9,7 +9,7 @@ PopOutHost::~PopOutHost() = default;
 EventSink::~EventSink() = default;
 TextInputHost::~TextInputHost() = default;
 
-void EventSink::TakeFocus(Core::WeakPtr<Vis> const&, std::function<void(FocusChange)>) {}
+void EventSink::TakeFocus(Core::WeakPtr<Vis> const&, std::function<void(FocusChange)> const&) {}
 
 void EventSink::LeaveFocus(Core::WeakPtr<Vis> const&) {}
 

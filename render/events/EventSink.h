@@ -67,7 +67,7 @@ public:
     /// From now on keys and text go to a node first, wherever the pointer is. Who had them before is told. For a node
     /// that has them already nothing happens.
     /// @param p_changed  told what becomes of them, as long as the node lives; `Lost` comes once and is the last. May be empty
-    virtual void TakeFocus(Core::WeakPtr<Vis> const& p_node, std::function<void(FocusChange)> p_changed);
+    virtual void TakeFocus(Core::WeakPtr<Vis> const& p_node, std::function<void(FocusChange)> const& p_changed);
     /// Gives the keys up, if the node has them.
     virtual void LeaveFocus(Core::WeakPtr<Vis> const& p_node);
     /// Null where the host has neither clipboard nor input method.

@@ -149,6 +149,34 @@ TEST(AglTransparency, neighboursOfOneShapeMergeAndShowTheirBacksFirst) {
     EXPECT_EQ(agl.GetStatistics().triangles, 2U * 10'001U);
 }
 
+TEST(AglTransparency, facesOfTwoModesAllComeOutAndOnlyThoseThatWaitShowTheirBacksFirst) {
+    RecordedAgl recorded;
+    Agl& agl = recorded.agl;
+    auto const square = MakeSquare(agl);
+    {
+        TransparencyScope const scope(&agl);
+        agl.Enable(AGL_TRANSPARENCY);
+        agl.Draw(square);
+        PushAttribScope const saved(agl, AGL_POLYGON_BIT | AGL_ENABLE_BIT);
+        agl.PolygonMode(AGL_BACK, AGL_LINE);
+        agl.Enable(AGL_LINE_STIPPLE);
+        agl.LineStipple(1, 0x0F0F);
+        agl.LoadMatrix(Types::Matrix4::Translation({0, 0, 5}));
+        agl.Draw(square);
+    }
+    agl.Disable(AGL_TRANSPARENCY);
+    agl.Draw(square);
+    auto const commands = recorded.Take();
+    ASSERT_EQ(commands.size(), 4U);
+    EXPECT_EQ(commands[0].pipeline, Pipeline::BackThenFront);
+    EXPECT_EQ(commands[1].pipeline, Pipeline::Triangles);
+    EXPECT_EQ(commands[1].faces, FaceBit::Front);
+    EXPECT_EQ(commands[2].faces, FaceBit::Back);
+    EXPECT_FALSE(commands[2].vertices.empty()) << "dashes along the square";
+    EXPECT_EQ(commands[3].pipeline, Pipeline::Triangles);
+    EXPECT_EQ(commands[3].faces, FaceBit::Both);
+}
+
 TEST(AglTransparency, whatWaitsKeepsItsResourcesAndAFrameEndsIt) {
     RecordedAgl recorded;
     Agl& agl = recorded.agl;
