@@ -109,6 +109,7 @@ class QOR_FRAMEWORK_API LegendEntryArgs : public Event {
 public:
     ~LegendEntryArgs() override;
 
+    /// It may be gone.
     Core::WeakPtr<LegendEntry> const& Entry() const noexcept { return _entry; }
     /// The pointer, in pixels of the window, origin bottom left.
     Types::Pos const& ScreenPosition() const noexcept { return _screenPosition; }
@@ -128,7 +129,8 @@ public:
     ~LegendEntryHoveredArgs() override;
 };
 
-/// The pointer has left an entry.
+/// The pointer has left an entry, or the entry under it is gone; the latter is told to the legend alone. Nothing is told
+/// when the legend itself is taken out of the scene.
 class QOR_FRAMEWORK_API LegendEntryHoverEndedArgs : public LegendEntryArgs {
 public:
     LegendEntryHoverEndedArgs(Core::WeakPtr<LegendEntry> p_entry, Types::Pos const& p_screenPosition);

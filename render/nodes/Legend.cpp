@@ -61,13 +61,13 @@ float ReservedHeight(DrawContext const& p_context, Model::ModelNode const& p_nod
     return 0;
 }
 
+/// At the entry as long as it is there, and at the legend.
 template <class Args>
-void Raise(Core::Ptr<Model::Legend> const& p_legend, Core::Ptr<Model::LegendEntry> const& p_entry,
+void Raise(Core::Ptr<Model::Legend> const& p_legend, Core::WeakPtr<Model::LegendEntry> const& p_entry,
     EventInformation const& p_event) {
-    if (!p_entry)
-        return;
-    Args const args(Core::WeakPtr<Model::LegendEntry>(p_entry), p_event.position);
-    p_entry->Delegate().Raise(args);
+    Args const args(p_entry, p_event.position);
+    if (Core::Ptr<Model::LegendEntry> const entry = p_entry.Lock())
+        entry->Delegate().Raise(args);
     if (p_legend)
         p_legend->Delegate().Raise(args);
 }
@@ -392,7 +392,7 @@ Event::Result Legend::OnMouseOver(EventInformation& p_event) {
         return Event::Ignored;
     Core::Ptr<Vis> const self(this); // a listener may remove the legend
     WeakEntry const hovered = EntryOf(p_event);
-    if (!_hoveredEntry.IsEmpty() && _hoveredEntry != hovered)
+    if (_hoveredEntry != hovered)
         EndHover(p_event);
     _hovered = part->name;
     p_event.Sink().RequestRedraw();
@@ -407,18 +407,19 @@ Event::Result Legend::OnMouseOver(EventInformation& p_event) {
             p_event.Sink().Hover(SelectRecord(visual, target, visual->GetPath()));
         }
     }
-    Raise<Model::Events::LegendEntryHoveredArgs>(_legend.Lock(), entry, p_event);
+    Raise<Model::Events::LegendEntryHoveredArgs>(_legend.Lock(), hovered, p_event);
     return Event::Consumed;
 }
 
 void Legend::EndHover(EventInformation& p_event) {
     WeakEntry const entry = std::exchange(_hoveredEntry, {});
     Core::WeakPtr<Model::ModelNode> const target = std::exchange(_hoveredTarget, {});
-    if (!entry.IsEmpty())
-        p_event.Sink().EndHover(entry);
+    if (entry.IsEmpty())
+        return;
+    p_event.Sink().EndHover(entry);
     if (!target.IsEmpty())
         p_event.Sink().EndHover(target);
-    Raise<Model::Events::LegendEntryHoverEndedArgs>(_legend.Lock(), entry.Lock(), p_event);
+    Raise<Model::Events::LegendEntryHoverEndedArgs>(_legend.Lock(), entry, p_event);
 }
 
 void Legend::OnMouseOut(EventInformation& p_event) {
@@ -438,7 +439,7 @@ Event::Result Legend::OnClick(EventInformation& p_event) {
         Scroll(p_event, part->name);
     } else if (Core::Ptr<Model::LegendEntry> const entry = EntryOf(p_event).Lock()) {
         Toggle(p_event, *entry);
-        Raise<Model::Events::LegendEntryClickedArgs>(_legend.Lock(), entry, p_event);
+        Raise<Model::Events::LegendEntryClickedArgs>(_legend.Lock(), Core::WeakPtr<Model::LegendEntry>(entry), p_event);
     }
     return Event::Consumed;
 }

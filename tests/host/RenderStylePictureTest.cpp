@@ -1,6 +1,7 @@
 #include "host/Offscreen.h"
 
 #include "framework/model/RenderStyle.h"
+#include "framework/model/SelectionList.h"
 #include "framework/model/SimpleObject.h"
 #include "framework/ogl/Context.h"
 
@@ -179,6 +180,67 @@ TEST_F(RenderStylePictureTest, texturesLieOnShapesAsTheStyleSays) {
     inner->Add(cube);
     style->Add(inner);
     expect("taken away", {green, green, green, green});
+}
+
+TEST_F(RenderStylePictureTest, whatIsSelectedOrShimmersThroughKeepsItsTextureAndDensity) {
+    auto const flat = Core::MakeNode<RenderStyle>();
+    auto const style = Core::MakeNode<RenderStyle>();
+    auto const cube = Make(Model::SymbolShape::Cube, {}, 1);
+    auto const wall = Make(Model::SymbolShape::Cube, {0, 0, 5}, 2);
+    auto const behind = Make(Model::SymbolShape::Cube, {0, 0, -5}, 2);
+    auto const list = Core::MakeNode<Model::SelectionList>();
+    flat->SetLighting(false);
+    style->SetTexture(WriteImage("qor-selected-texture.png"));
+    style->SetTextureFilters({Types::TextureUnit::Filter::Nearest, Types::TextureUnit::Filter::Nearest});
+    style->SetAlphaMode(RenderStyle::AlphaMode::Opaque);
+    cube->SetColor(QColor(255, 255, 255));
+    wall->SetColor(QColor(0, 0, 0));
+    behind->SetColor(QColor(0, 255, 0));
+    style->Add(cube);
+    for (Core::Ptr<Model::ModelNode> const& node : std::vector<Core::Ptr<Model::ModelNode>>{wall, behind, style, list})
+        flat->Add(node);
+    picture->GetScene().Add(flat);
+    struct Corner {
+        double x, y;
+        QColor texel;
+    };
+    Corner const corners[]{{-0.25, 0.25, QColor(255, 0, 0)}, {0.25, 0.25, QColor(0, 255, 0)},
+        {-0.25, -0.25, QColor(0, 0, 255)}, {0.25, -0.25, QColor(255, 255, 0)}};
+
+    cube->SetVisibleBehindGeometry(true);
+    QImage const shimmering = picture->Render();
+    cube->SetVisibleBehindGeometry(false);
+    for (Corner const& corner : corners) {
+        QColor brightest(0, 0, 0);
+        for (int i = 0; i < 64; ++i) { // every fourth pixel of every fourth row, over its other side
+            QColor const color = At(shimmering, corner.x + 0.01 * (i % 8), corner.y + 0.01 * (i / 8));
+            brightest = color.value() > brightest.value() ? color : brightest;
+        }
+        for (auto const channel : {&QColor::red, &QColor::green, &QColor::blue})
+            EXPECT_EQ((brightest.*channel)() > 100, (corner.texel.*channel)() > 100) << brightest.name().toStdString();
+    }
+
+    wall->SetVisible(false);
+    list->Select(cube);
+    QImage const selected = picture->Render();
+    std::string const texture = style->Texture();
+    style->SetTexture("");
+    QImage const plain = picture->Render();
+    for (Corner const& corner : corners) {
+        QColor const color = At(plain, corner.x, corner.y);
+        EXPECT_FALSE(AreAlike(color, QColor(255, 255, 255))) << "the highlight is seen";
+        QColor const wanted(color.red() * corner.texel.red() / 255, color.green() * corner.texel.green() / 255,
+            color.blue() * corner.texel.blue() / 255);
+        QColor const textured = At(selected, corner.x, corner.y);
+        EXPECT_TRUE(AreAlike(textured, wanted))
+            << textured.name().toStdString() << " for " << wanted.name().toStdString();
+    }
+
+    style->SetOpacity(0.3F);
+    QColor const overGreen = At(picture->Render(), 0.2, 0.2);
+    behind->SetColor(QColor(0, 0, 0));
+    QColor const overBlack = At(picture->Render(), 0.2, 0.2);
+    EXPECT_GT(overGreen.green(), overBlack.green() + 20);
 }
 
 } // namespace

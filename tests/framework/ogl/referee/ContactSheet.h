@@ -4,6 +4,7 @@
 
 #include <QImage>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,13 @@ namespace Qor::Chart::Ogl::Referee {
 /// right, if it can.
 class ContactSheet {
 public:
+    explicit ContactSheet(AglPlayer& p_player) : _player(p_player) {}
     void Add(std::string p_label, QImage p_agl, QImage p_openGl = {});
-    /// All of it, its labels drawn by p_backend in the current context.
-    QImage Render(Backend& p_backend) const;
+    /// Adds text in every alignment and everything of the library that draws itself, and expects that something is to be
+    /// seen of each.
+    void AddLibrary();
+    /// All of it, with labels.
+    QImage Render() const;
 
 private:
     struct Cell {
@@ -24,13 +29,11 @@ private:
         QImage openGl;
     };
 
+    /// Draws with pixels as coordinates.
+    void AddDrawn(std::string const& p_label, std::function<void(Agl&)> const& p_draw);
+
+    AglPlayer& _player;
     std::vector<Cell> _cells;
 };
-
-/// Adds text in every alignment and everything of the library that draws itself.
-void AddLibraryCells(ContactSheet& p_sheet, AglPlayer const& p_player);
-
-/// Saves the sheet as a PNG, if reports are wanted.
-void ReportPicture(std::string const& p_name, ContactSheet const& p_sheet, AglPlayer const& p_player);
 
 } // namespace Qor::Chart::Ogl::Referee

@@ -1,8 +1,5 @@
 #include "tests/framework/ogl/referee/Generator.h"
 
-#include "tests/framework/ogl/referee/Random.h"
-#include "tests/framework/ogl/referee/Textures.h"
-
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -277,68 +274,27 @@ private:
         Token const kind = _hasLines && Chance(0.6)
             ? _random.OneOf({AGL_POINTS, AGL_LINES, AGL_LINE_LOOP, AGL_LINE_STRIP})
             : static_cast<Token>(AGL_TRIANGLES + _random.Index(6));
-        std::vector<Vector3> const points = Points(kind);
         if (kind == AGL_QUADS || kind == AGL_QUAD_STRIP) {
             Add("ShadeModel", {AGL_FLAT}); // else Mesa cuts them along either diagonal
         }
-        if (Chance(0.5))
-            return DrawShape(kind, points);
-        bool const hasColors = Chance(0.6);
+        bool const hasColors = Chance(0.5);
         bool const hasNormals = Chance(0.6);
-        Add("Begin", {static_cast<double>(kind)});
-        for (Vector3 const& point : points) {
-            if (hasColors)
-                Add("Color", Color(0.2));
-            if (hasNormals)
-                Add("Normal", With({}, _random.Direction()));
-            for (std::size_t unit = 0; unit < TextureUnitCount; ++unit)
-                Add("MultiTexCoord", {AGL_TEXTURE0 + static_cast<double>(unit), In(-1, 2), In(-1, 2), 0, 1});
-            Add("Vertex", With({}, point));
-        }
-        Add("End");
-    }
-    std::vector<Vector3> Points(Token p_kind) {
-        int const count = p_kind == AGL_QUADS ? 4 * (1 + _random.Index(2)) : 3 + _random.Index(6);
-        Vector3 const across = _random.Direction() * In(1.2, 2);
-        Vector3 const other = _random.Direction() * In(1.2, 2);
-        Vector3 const along = other - across * (0.7 * Dot(other, across) / Dot(across, across));
-        Vector3 center = _random.Point(0.4);
-        std::vector<Vector3> points;
-        for (int i = 0; i < count; ++i) {
-            double const angle = 2 * std::numbers::pi * i / (p_kind == AGL_QUADS ? 4 : count);
-            if (p_kind == AGL_QUADS && i == 4)
-                center = center + _random.Point(0.6);
-            if (p_kind <= AGL_TRIANGLES || p_kind == AGL_TRIANGLE_STRIP) {
-                points.push_back(_random.Point(1.9));
-            } else if (p_kind == AGL_QUAD_STRIP) {
-                points.push_back(center + across * (0.7 * (i / 2) - 1) + along * (i % 2 - 0.5));
-            } else {
-                points.push_back(center + across * std::cos(angle) + along * std::sin(angle));
-            }
-        }
-        return points;
-    }
-    void DrawShape(Token p_kind, std::vector<Vector3> const& p_points) {
-        ShapeData shape;
-        shape.kind = p_kind;
-        bool const hasColors = Chance(0.4);
-        bool const hasNormals = Chance(0.7);
-        bool const hasTexCoords = Chance(0.8);
+        bool const hasTexCoords = Chance(0.9);
         auto const number = [this](double p_low, double p_high) { return static_cast<float>(In(p_low, p_high)); };
-        for (std::size_t i = 0; i < p_points.size(); ++i) {
-            shape.vertices.positions.emplace_back(p_points[i]);
-            shape.indices.push_back(static_cast<std::uint32_t>(i));
+        VertexData vertices;
+        int const count = kind == AGL_QUADS ? 4 * (1 + _random.Index(2)) : 3 + _random.Index(6);
+        for (Vector3 const& point : MakeRandomPoints(_random, kind, count)) {
+            vertices.positions.emplace_back(point);
             if (hasColors)
-                shape.vertices.colors.emplace_back(number(0, 1), number(0, 1), number(0, 1), number(0.4, 1));
+                vertices.colors.emplace_back(number(0, 1), number(0, 1), number(0, 1), number(0.4, 1));
             if (hasNormals)
-                shape.vertices.normals.emplace_back(_random.Direction());
-            for (auto& texCoords : shape.vertices.texCoords) {
+                vertices.normals.emplace_back(_random.Direction());
+            for (auto& texCoords : vertices.texCoords) {
                 if (hasTexCoords)
                     texCoords.emplace_back(number(-1, 2), number(-1, 2), 0.0F, 1.0F);
             }
         }
-        Add("Draw", {static_cast<double>(_program.shapes.size())});
-        _program.shapes.push_back(std::move(shape));
+        _program.AddPrimitive(kind, std::move(vertices), Chance(0.5));
     }
 
     static inline std::vector<Token> const AttribBits = {AGL_CURRENT_BIT, AGL_POINT_BIT, AGL_LINE_BIT, AGL_POLYGON_BIT,
@@ -359,6 +315,27 @@ private:
 };
 
 } // namespace
+
+std::vector<Vector3> MakeRandomPoints(Random& p_random, Token p_kind, int p_count) {
+    Vector3 const across = p_random.Direction() * p_random.In(1.2, 2);
+    Vector3 const other = p_random.Direction() * p_random.In(1.2, 2);
+    Vector3 const along = other - across * (0.7 * Dot(other, across) / Dot(across, across));
+    Vector3 center = p_random.Point(0.4);
+    std::vector<Vector3> points;
+    for (int i = 0; i < p_count; ++i) {
+        double const angle = 2 * std::numbers::pi * i / (p_kind == AGL_QUADS ? 4 : p_count);
+        if (p_kind == AGL_QUADS && i == 4)
+            center = center + p_random.Point(0.6);
+        if (p_kind <= AGL_TRIANGLES || p_kind == AGL_TRIANGLE_STRIP) {
+            points.push_back(p_random.Point(1.9));
+        } else if (p_kind == AGL_QUAD_STRIP) {
+            points.push_back(center + across * (0.7 * (i / 2) - 1) + along * (i % 2 - 0.5));
+        } else {
+            points.push_back(center + across * std::cos(angle) + along * std::sin(angle));
+        }
+    }
+    return points;
+}
 
 Program MakeRandomProgram(unsigned p_seed, Content p_content) {
     return Generator(p_seed, p_content).Make();

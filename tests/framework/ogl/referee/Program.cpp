@@ -1,13 +1,11 @@
 #include "tests/framework/ogl/referee/Program.h"
 
-#include "tests/framework/ogl/referee/Textures.h"
-
 #include <epoxy/gl.h>
 
 #include <algorithm>
-#include <cmath>
 #include <map>
-#include <sstream>
+#include <numeric>
+#include <tuple>
 
 namespace Qor::Chart::Ogl::Referee {
 
@@ -15,19 +13,21 @@ namespace {
 
 using namespace Tokens;
 using Numbers = std::vector<double>;
+using Types::Color4f;
+using Vector3 = Agl::Vector3;
+using Vector4 = Agl::Vector4;
 
-/// What a program sees of `Agl` besides the `Agl` itself.
+/// What a program sees of `Agl`.
 struct AglSide {
     Agl& agl;
     std::vector<std::shared_ptr<PrimitiveBuffer const>> shapes;
-    std::vector<std::shared_ptr<Texture const>> textures;
 };
 
 /// What OpenGL has not, or not without danger for the next program: the stack of scissor boxes, and how deep its own
 /// stacks are.
 struct OpenGlSide {
     Program const& program;
-    std::vector<GLuint> textures;
+    std::vector<GLuint> const& textures;
     std::vector<std::array<int, 4>> scissors;
     std::map<std::pair<GLint, GLint>, std::size_t> matrixDepths;
     std::vector<std::vector<GLenum>> enabledLights; ///< at each PushAttrib that covers what is enabled
@@ -48,73 +48,47 @@ struct OpenGlSide {
     void PopAttrib();
 };
 
-Token T(Numbers const& p_numbers, std::size_t p_index) {
-    return static_cast<Token>(p_numbers.at(p_index));
-}
+/// The numbers of a call, taken one after the other as parameters of any type.
+class Arguments {
+public:
+    explicit Arguments(Numbers const& p_numbers) : _next(p_numbers.data()), _end(p_numbers.data() + p_numbers.size()) {}
 
-int I(Numbers const& p_numbers, std::size_t p_index) {
-    return static_cast<int>(p_numbers.at(p_index));
-}
-
-float F(Numbers const& p_numbers, std::size_t p_index) {
-    return static_cast<float>(p_numbers.at(p_index));
-}
-
-bool B(Numbers const& p_numbers, std::size_t p_index) {
-    return p_numbers.at(p_index) != 0;
-}
-
-Types::Color4f Color(Numbers const& p_numbers, std::size_t p_first) {
-    return {F(p_numbers, p_first), F(p_numbers, p_first + 1), F(p_numbers, p_first + 2), F(p_numbers, p_first + 3)};
-}
-
-Agl::Vector3 Vector(Numbers const& p_numbers, std::size_t p_first = 0) {
-    return {p_numbers.at(p_first), p_numbers.at(p_first + 1), p_numbers.at(p_first + 2)};
-}
-
-Agl::Vector4 Vector4(Numbers const& p_numbers, std::size_t p_first = 0) {
-    return {Vector(p_numbers, p_first), p_numbers.at(p_first + 3)};
-}
-
-Types::Viewport<0> Rectangle(Numbers const& p_numbers) {
-    return {F(p_numbers, 0), F(p_numbers, 1), F(p_numbers, 2), F(p_numbers, 3)};
-}
-
-/// The arguments from p_first on, as OpenGL takes parameter arrays.
-std::array<float, 4> Parameters(Numbers const& p_numbers, std::size_t p_first) {
-    std::array<float, 4> parameters{};
-    for (std::size_t i = p_first; i < p_numbers.size(); ++i)
-        parameters[i - p_first] = F(p_numbers, i);
-    return parameters;
-}
-
-void SetLight(Agl& p_agl, Numbers const& p_n) {
-    switch (T(p_n, 1)) {
-    case AGL_POSITION:
-        return p_agl.Light(T(p_n, 0), T(p_n, 1), Vector4(p_n, 2));
-    case AGL_SPOT_DIRECTION:
-        return p_agl.Light(T(p_n, 0), T(p_n, 1), Vector(p_n, 2));
-    default:
-        return p_n.size() == 3 ? p_agl.Light(T(p_n, 0), T(p_n, 1), F(p_n, 2))
-                               : p_agl.Light(T(p_n, 0), T(p_n, 1), Color(p_n, 2));
+    template <class T>
+    T Take() {
+        if constexpr (std::is_same_v<T, double const*>) {
+            return _next;
+        } else if constexpr (std::is_same_v<T, float const*>) {
+            std::transform(_next, _end, _floats, [](double p_number) { return static_cast<float>(p_number); });
+            return _floats;
+        } else if constexpr (std::is_same_v<T, unsigned char const*>) {
+            // The rows of a stipple pattern, repeated to thirty-two of four bytes each.
+            for (std::ptrdiff_t i = 0; i < 128; ++i)
+                _bytes[i] = static_cast<unsigned char>(
+                    static_cast<std::uint32_t>(_next[i / 4 % (_end - _next)]) >> (24 - 8 * (i % 4)));
+            return _bytes;
+        } else if constexpr (std::is_same_v<T, Types::Matrix4>) {
+            return Types::Matrix4::FromColumnMajor(_next);
+        } else if constexpr (std::is_same_v<T, Vector3>) {
+            return T{Take<double>(), Take<double>(), Take<double>()};
+        } else if constexpr (std::is_same_v<T, Vector4>) {
+            return T{Take<double>(), Take<double>(), Take<double>(), Take<double>()};
+        } else if constexpr (std::is_same_v<T, Color4f> || std::is_same_v<T, Types::Viewport<0>>) {
+            return T{Take<float>(), Take<float>(), Take<float>(), Take<float>()};
+        } else {
+            return static_cast<T>(*_next++);
+        }
     }
-}
+    template <class... P>
+    void HandTo(std::function<void(P...)> const& p_function) {
+        std::apply(p_function, std::tuple<std::decay_t<P>...>{Take<std::decay_t<P>>()...});
+    }
 
-void SetLightModel(Agl& p_agl, Numbers const& p_n) {
-    p_n.size() == 2 ? p_agl.LightModel(T(p_n, 0), B(p_n, 1)) : p_agl.LightModel(T(p_n, 0), Color(p_n, 1));
-}
-
-void SetMaterial(Agl& p_agl, Numbers const& p_n) {
-    p_n.size() == 3 ? p_agl.Material(T(p_n, 0), T(p_n, 1), F(p_n, 2))
-                    : p_agl.Material(T(p_n, 0), T(p_n, 1), Color(p_n, 2));
-}
-
-void SetTexEnv(Agl& p_agl, Numbers const& p_n) {
-    bool const isScale = T(p_n, 0) == AGL_RGB_SCALE || T(p_n, 0) == AGL_ALPHA_SCALE;
-    if (isScale)
-        return p_agl.TexEnv(T(p_n, 0), F(p_n, 1));
-    p_n.size() == 2 ? p_agl.TexEnv(T(p_n, 0), T(p_n, 1)) : p_agl.TexEnv(T(p_n, 0), Color(p_n, 1));
-}
+private:
+    double const* _next;
+    double const* _end;
+    float _floats[4] = {};
+    unsigned char _bytes[128] = {};
+};
 
 void DrawArrays(ShapeData const& p_shape) {
     VertexData const& v = p_shape.vertices;
@@ -140,33 +114,17 @@ void DrawArrays(ShapeData const& p_shape) {
     glPopClientAttrib();
 }
 
-void CutScissor(OpenGlSide& p_side, Numbers const& p_n) {
-    int left = I(p_n, 0);
-    int bottom = I(p_n, 1);
-    int right = left + I(p_n, 2);
-    int top = bottom + I(p_n, 3);
+void CutScissor(OpenGlSide& p_side, int p_left, int p_bottom, int p_width, int p_height) {
+    int right = p_left + p_width;
+    int top = p_bottom + p_height;
     if (!p_side.scissors.empty()) {
         auto const& [x, y, width, height] = p_side.scissors.back();
-        left = std::max(left, x);
-        bottom = std::max(bottom, y);
+        p_left = std::max(p_left, x);
+        p_bottom = std::max(p_bottom, y);
         right = std::min(right, x + width);
         top = std::min(top, y + height);
     }
-    glScissor(left, bottom, std::max(0, right - left), std::max(0, top - bottom));
-}
-
-void SetStipple(Numbers const& p_n) {
-    std::array<GLubyte, 128> bytes{};
-    for (std::size_t i = 0; i < 128; ++i)
-        bytes[i] = static_cast<GLubyte>(T(p_n, i / 4 % p_n.size()) >> (24 - 8 * (i % 4)));
-    glPolygonStipple(bytes.data());
-}
-
-std::array<std::uint32_t, 32> StippleRows(Numbers const& p_n) {
-    std::array<std::uint32_t, 32> rows{};
-    for (std::size_t i = 0; i < 32; ++i)
-        rows[i] = T(p_n, i % p_n.size());
-    return rows;
+    glScissor(p_left, p_bottom, std::max(0, right - p_left), std::max(0, top - p_bottom));
 }
 
 /// Changes what is enabled and changes it back.
@@ -243,6 +201,8 @@ void OpenGlSide::PushAttrib(GLbitfield p_mask) {
 
 /// Mesa 22.3 does not bring lights back with what else is enabled, nor does a material follow a colour that comes back.
 void OpenGlSide::PopAttrib() {
+    if (!CanPop(enabledLights.size()))
+        return;
     glPopAttrib();
     for (std::size_t i = 0; i < enabledLights.back().size(); ++i) {
         GLenum const light = GL_LIGHT0 + static_cast<GLenum>(i);
@@ -256,102 +216,145 @@ void OpenGlSide::PopAttrib() {
 
 /// How a call is made on either side.
 struct Operation {
-    void (*agl)(AglSide&, Numbers const&);
-    void (*gl)(OpenGlSide&, Numbers const&);
+    std::function<void(AglSide&, Numbers const&)> agl;
+    std::function<void(OpenGlSide&, Numbers const&)> gl;
 };
 
-using A = AglSide;
+/// Calls a function of `Agl`; of overloads the one whose parameters begin with P.
+template <class... P>
+auto On(void (Agl::*p_function)(P...)) {
+    return [=](AglSide& p_side, Numbers const& p_numbers) {
+        Arguments(p_numbers).HandTo<P...>([&](P... p) { (p_side.agl.*p_function)(p...); });
+    };
+}
+
+template <class... P>
+auto On(void (*p_function)(P...)) {
+    return [=](OpenGlSide&, Numbers const& p_numbers) { Arguments(p_numbers).HandTo<P...>(p_function); };
+}
+
+template <class... P, class... G>
+Operation Both(void (Agl::*p_agl)(P...), void (*p_gl)(G...)) {
+    return {On(p_agl), On(p_gl)};
+}
+
+void SetLight(AglSide& p_side, Numbers const& p_numbers) {
+    if (p_numbers.size() == 3)
+        return On<Token, Token, float>(&Agl::Light)(p_side, p_numbers);
+    if (p_numbers.size() == 5)
+        return On<Token, Token, Vector3 const&>(&Agl::Light)(p_side, p_numbers);
+    if (p_numbers[1] == AGL_POSITION)
+        return On<Token, Token, Vector4 const&>(&Agl::Light)(p_side, p_numbers);
+    On<Token, Token, Color4f const&> (&Agl::Light)(p_side, p_numbers);
+}
+
+void SetLightModel(AglSide& p_side, Numbers const& p_numbers) {
+    p_numbers.size() == 2 ? On<Token, bool> (&Agl::LightModel)(p_side, p_numbers)
+                          : On<Token, Color4f const&> (&Agl::LightModel)(p_side, p_numbers);
+}
+
+void SetMaterial(AglSide& p_side, Numbers const& p_numbers) {
+    p_numbers.size() == 3 ? On<Token, Token, float> (&Agl::Material)(p_side, p_numbers)
+                          : On<Token, Token, Color4f const&> (&Agl::Material)(p_side, p_numbers);
+}
+
+void SetTexEnv(AglSide& p_side, Numbers const& p_numbers) {
+    if (p_numbers[0] == AGL_RGB_SCALE || p_numbers[0] == AGL_ALPHA_SCALE)
+        return On<Token, float>(&Agl::TexEnv)(p_side, p_numbers);
+    p_numbers.size() == 2 ? On<Token, Token> (&Agl::TexEnv)(p_side, p_numbers)
+                          : On<Token, Color4f const&> (&Agl::TexEnv)(p_side, p_numbers);
+}
+
+void PopMatrix(OpenGlSide& p_side, Numbers const&) {
+    std::size_t& depth = p_side.MatrixDepth();
+    if (p_side.CanPop(depth)) {
+        glPopMatrix();
+        --depth;
+    }
+}
+
+void PopScissor(OpenGlSide& p_side, Numbers const&) {
+    if (p_side.CanPop(p_side.scissors.size())) {
+        auto const& [x, y, width, height] = p_side.scissors.back();
+        glScissor(x, y, width, height);
+        p_side.scissors.pop_back();
+    }
+}
+
 using G = OpenGlSide;
 using N = Numbers const;
 
-// clang-format off
+std::size_t Index(Numbers const& p_numbers) {
+    return static_cast<std::size_t>(p_numbers.at(0));
+}
+
 std::map<std::string_view, Operation> const Operations = {
-    {"MatrixMode", {[](A& a, N& n) { a.agl.MatrixMode(T(n, 0)); }, [](G&, N& n) { glMatrixMode(T(n, 0)); }}},
-    {"LoadIdentity", {[](A& a, N&) { a.agl.LoadIdentity(); }, [](G&, N&) { glLoadIdentity(); }}},
-    {"LoadMatrix", {[](A& a, N& n) { a.agl.LoadMatrix(Types::Matrix4::FromColumnMajor(n.data())); },
-        [](G&, N& n) { glLoadMatrixd(n.data()); }}},
-    {"MultMatrix", {[](A& a, N& n) { a.agl.MultMatrix(Types::Matrix4::FromColumnMajor(n.data())); },
-        [](G&, N& n) { glMultMatrixd(n.data()); }}},
-    {"PushMatrix", {[](A& a, N&) { a.agl.PushMatrix(); }, [](G& g, N&) { glPushMatrix(); ++g.MatrixDepth(); }}},
-    {"PopMatrix", {[](A& a, N&) { a.agl.PopMatrix(); },
-        [](G& g, N&) { if (g.CanPop(g.MatrixDepth())) { glPopMatrix(); --g.MatrixDepth(); } }}},
-    {"Translate", {[](A& a, N& n) { a.agl.Translate(Vector(n)); }, [](G&, N& n) { glTranslated(n[0], n[1], n[2]); }}},
-    {"Scale", {[](A& a, N& n) { a.agl.Scale(Vector(n)); }, [](G&, N& n) { glScaled(n[0], n[1], n[2]); }}},
-    {"Rotate", {[](A& a, N& n) { a.agl.Rotate(n[0], Vector(n, 1)); },
-        [](G&, N& n) { glRotated(n[0], n[1], n[2], n[3]); }}},
-    {"PushAttrib", {[](A& a, N& n) { a.agl.PushAttrib(T(n, 0)); },
-        [](G& g, N& n) { g.PushAttrib(T(n, 0)); }}},
-    {"PopAttrib", {[](A& a, N&) { a.agl.PopAttrib(); },
-        [](G& g, N&) { if (g.CanPop(g.enabledLights.size())) { g.PopAttrib(); } }}},
-    {"PushScissor", {[](A& a, N&) { a.agl.PushScissor(); },
-        [](G& g, N&) { glGetIntegerv(GL_SCISSOR_BOX, g.scissors.emplace_back().data()); }}},
-    {"PopScissor", {[](A& a, N&) { a.agl.PopScissor(); }, [](G& g, N&) {
-        if (g.CanPop(g.scissors.size())) {
-            glScissor(g.scissors.back()[0], g.scissors.back()[1], g.scissors.back()[2], g.scissors.back()[3]);
-            g.scissors.pop_back();
-        } }}},
-    {"Scissor", {[](A& a, N& n) { a.agl.Scissor(Rectangle(n)); }, [](G& g, N& n) { CutScissor(g, n); }}},
-    {"Enable", {[](A& a, N& n) { a.agl.Enable(T(n, 0)); }, [](G&, N& n) { Enable(T(n, 0)); }}},
-    {"Disable", {[](A& a, N& n) { a.agl.Disable(T(n, 0)); }, [](G&, N& n) { glDisable(T(n, 0)); }}},
-    {"Viewport", {[](A& a, N& n) { a.agl.Viewport(Rectangle(n)); },
-        [](G&, N& n) { glViewport(I(n, 0), I(n, 1), I(n, 2), I(n, 3)); }}},
-    {"DepthRange", {[](A& a, N& n) { a.agl.DepthRange(n[0], n[1]); }, [](G&, N& n) { glDepthRange(n[0], n[1]); }}},
-    {"ClearColor", {[](A& a, N& n) { a.agl.ClearColor(Color(n, 0)); },
-        [](G&, N& n) { glClearColor(F(n, 0), F(n, 1), F(n, 2), F(n, 3)); }}},
-    {"ClearDepth", {[](A& a, N& n) { a.agl.ClearDepth(n[0]); }, [](G&, N& n) { glClearDepth(n[0]); }}},
-    {"ClearStencil", {[](A& a, N& n) { a.agl.ClearStencil(I(n, 0)); }, [](G&, N& n) { glClearStencil(I(n, 0)); }}},
-    {"Clear", {[](A& a, N& n) { a.agl.Clear(T(n, 0)); }, [](G&, N& n) { glClear(T(n, 0)); }}},
-    {"PointSize", {[](A& a, N& n) { a.agl.PointSize(F(n, 0)); }, [](G&, N& n) { glPointSize(F(n, 0)); }}},
-    {"LineWidth", {[](A& a, N& n) { a.agl.LineWidth(F(n, 0)); }, [](G&, N& n) { glLineWidth(F(n, 0)); }}},
-    {"LineStipple", {[](A& a, N& n) { a.agl.LineStipple(I(n, 0), static_cast<std::uint16_t>(I(n, 1))); },
-        [](G&, N& n) { glLineStipple(I(n, 0), static_cast<GLushort>(I(n, 1))); }}},
-    {"PolygonOffset", {[](A& a, N& n) { a.agl.PolygonOffset(F(n, 0), F(n, 1)); },
-        [](G&, N& n) { glPolygonOffset(F(n, 0), F(n, 1)); }}},
-    {"PolygonMode", {[](A& a, N& n) { a.agl.PolygonMode(T(n, 0), T(n, 1)); },
-        [](G&, N& n) { glPolygonMode(T(n, 0), T(n, 1)); }}},
-    {"PolygonStipple", {[](A& a, N& n) { a.agl.PolygonStipple(StippleRows(n)); }, [](G&, N& n) { SetStipple(n); }}},
-    {"CullFace", {[](A& a, N& n) { a.agl.CullFace(T(n, 0)); }, [](G&, N& n) { glCullFace(T(n, 0)); }}},
-    {"FrontFace", {[](A& a, N& n) { a.agl.FrontFace(T(n, 0)); }, [](G&, N& n) { glFrontFace(T(n, 0)); }}},
-    {"ShadeModel", {[](A& a, N& n) { a.agl.ShadeModel(T(n, 0)); }, [](G&, N& n) { glShadeModel(T(n, 0)); }}},
-    {"BlendFunc", {[](A& a, N& n) { a.agl.BlendFunc(T(n, 0), T(n, 1)); },
-        [](G&, N& n) { glBlendFunc(T(n, 0), T(n, 1)); }}},
-    {"BlendEquation", {[](A& a, N& n) { a.agl.BlendEquation(T(n, 0)); }, [](G&, N& n) { glBlendEquation(T(n, 0)); }}},
-    {"ColorMask", {[](A& a, N& n) { a.agl.ColorMask(B(n, 0), B(n, 1), B(n, 2), B(n, 3)); },
-        [](G&, N& n) { glColorMask(B(n, 0), B(n, 1), B(n, 2), B(n, 3)); }}},
-    {"DepthFunc", {[](A& a, N& n) { a.agl.DepthFunc(T(n, 0)); }, [](G&, N& n) { glDepthFunc(T(n, 0)); }}},
-    {"DepthMask", {[](A& a, N& n) { a.agl.DepthMask(B(n, 0)); }, [](G&, N& n) { glDepthMask(B(n, 0)); }}},
-    {"StencilFunc", {[](A& a, N& n) { a.agl.StencilFunc(T(n, 0), I(n, 1), T(n, 2)); },
-        [](G&, N& n) { glStencilFunc(T(n, 0), I(n, 1), T(n, 2)); }}},
-    {"StencilOp", {[](A& a, N& n) { a.agl.StencilOp(T(n, 0), T(n, 1), T(n, 2)); },
-        [](G&, N& n) { glStencilOp(T(n, 0), T(n, 1), T(n, 2)); }}},
-    {"StencilMask", {[](A& a, N& n) { a.agl.StencilMask(T(n, 0)); }, [](G&, N& n) { glStencilMask(T(n, 0)); }}},
-    {"Light", {[](A& a, N& n) { SetLight(a.agl, n); },
-        [](G&, N& n) { glLightfv(T(n, 0), T(n, 1), Parameters(n, 2).data()); }}},
-    {"LightModel", {[](A& a, N& n) { SetLightModel(a.agl, n); },
-        [](G&, N& n) { glLightModelfv(T(n, 0), Parameters(n, 1).data()); }}},
-    {"Material", {[](A& a, N& n) { SetMaterial(a.agl, n); },
-        [](G&, N& n) { glMaterialfv(T(n, 0), T(n, 1), Parameters(n, 2).data()); }}},
-    {"ColorMaterial", {[](A& a, N& n) { a.agl.ColorMaterial(T(n, 0), T(n, 1)); },
-        [](G&, N& n) { CurrentColor(); glColorMaterial(T(n, 0), T(n, 1)); }}},
-    {"ClipPlane", {[](A& a, N& n) { a.agl.ClipPlane(T(n, 0), Vector4(n, 1)); },
-        [](G&, N& n) { glClipPlane(T(n, 0), n.data() + 1); }}},
-    {"ActiveTexture", {[](A& a, N& n) { a.agl.ActiveTexture(T(n, 0)); }, [](G&, N& n) { glActiveTexture(T(n, 0)); }}},
-    {"BindTexture", {[](A& a, N& n) { a.agl.BindTexture(I(n, 0) < 0 ? nullptr : a.textures.at(T(n, 0))); },
-        [](G& g, N& n) { glBindTexture(GL_TEXTURE_2D, I(n, 0) < 0 ? 0 : g.textures.at(T(n, 0))); }}},
-    {"TexEnv", {[](A& a, N& n) { SetTexEnv(a.agl, n); },
-        [](G&, N& n) { glTexEnvfv(GL_TEXTURE_ENV, T(n, 0), Parameters(n, 1).data()); }}},
-    {"Color", {[](A& a, N& n) { a.agl.Color(Color(n, 0)); },
-        [](G&, N& n) { glColor4f(F(n, 0), F(n, 1), F(n, 2), F(n, 3)); }}},
-    {"Normal", {[](A& a, N& n) { a.agl.Normal(Vector(n)); }, [](G&, N& n) { glNormal3d(n[0], n[1], n[2]); }}},
-    {"MultiTexCoord", {[](A& a, N& n) { a.agl.MultiTexCoord(T(n, 0), n[1], n[2], n[3], n[4]); },
-        [](G&, N& n) { glMultiTexCoord4d(T(n, 0), n[1], n[2], n[3], n[4]); }}},
-    {"Begin", {[](A& a, N& n) { a.agl.Begin(T(n, 0)); }, [](G&, N& n) { glBegin(T(n, 0)); }}},
-    {"Vertex", {[](A& a, N& n) { a.agl.Vertex(Vector(n)); }, [](G&, N& n) { glVertex3d(n[0], n[1], n[2]); }}},
-    {"End", {[](A& a, N&) { a.agl.End(); }, [](G&, N&) { glEnd(); }}},
-    {"Draw", {[](A& a, N& n) { a.agl.Draw(a.shapes.at(T(n, 0))); },
-        [](G& g, N& n) { DrawArrays(g.program.shapes.at(T(n, 0))); }}},
+    {"MatrixMode", Both(&Agl::MatrixMode, glMatrixMode)},
+    {"LoadMatrix", Both(&Agl::LoadMatrix, glLoadMatrixd)},
+    {"PushMatrix", {On(&Agl::PushMatrix), [](G& p_side, N&) { glPushMatrix(), ++p_side.MatrixDepth(); }}},
+    {"PopMatrix", {On(&Agl::PopMatrix), PopMatrix}},
+    {"Translate", Both<Vector3 const&>(&Agl::Translate, glTranslated)},
+    {"Scale", Both<Vector3 const&>(&Agl::Scale, glScaled)},
+    {"Rotate", Both(&Agl::Rotate, glRotated)},
+    {"PushAttrib", {On(&Agl::PushAttrib), [](G& p_side, N& p) { p_side.PushAttrib(static_cast<Token>(p[0])); }}},
+    {"PopAttrib", {On(&Agl::PopAttrib), [](G& p_side, N&) { p_side.PopAttrib(); }}},
+    {"PushScissor",
+        {On(&Agl::PushScissor),
+            [](G& p_side, N&) { glGetIntegerv(GL_SCISSOR_BOX, p_side.scissors.emplace_back().data()); }}},
+    {"PopScissor", {On(&Agl::PopScissor), PopScissor}},
+    {"Scissor",
+        {On(&Agl::Scissor),
+            [](G& p_side, N& p) {
+                Arguments(p).HandTo<int, int, int, int>(std::bind_front(CutScissor, std::ref(p_side)));
+            }}},
+    {"Enable", {On(&Agl::Enable), On(Enable)}},
+    {"Disable", Both(&Agl::Disable, glDisable)},
+    {"Viewport", Both(&Agl::Viewport, glViewport)},
+    {"DepthRange", Both(&Agl::DepthRange, glDepthRange)},
+    {"ClearColor", Both<Color4f const&>(&Agl::ClearColor, glClearColor)},
+    {"ClearDepth", Both(&Agl::ClearDepth, glClearDepth)},
+    {"ClearStencil", Both(&Agl::ClearStencil, glClearStencil)},
+    {"Clear", Both(&Agl::Clear, glClear)},
+    {"PointSize", Both(&Agl::PointSize, glPointSize)},
+    {"LineWidth", Both(&Agl::LineWidth, glLineWidth)},
+    {"LineStipple", Both(&Agl::LineStipple, glLineStipple)},
+    {"PolygonOffset", Both(&Agl::PolygonOffset, glPolygonOffset)},
+    {"PolygonMode", Both(&Agl::PolygonMode, glPolygonMode)},
+    {"PolygonStipple", Both<unsigned char const*>(&Agl::PolygonStipple, glPolygonStipple)},
+    {"CullFace", Both(&Agl::CullFace, glCullFace)},
+    {"FrontFace", Both(&Agl::FrontFace, glFrontFace)},
+    {"ShadeModel", Both(&Agl::ShadeModel, glShadeModel)},
+    {"BlendFunc", Both(&Agl::BlendFunc, glBlendFunc)},
+    {"BlendEquation", Both(&Agl::BlendEquation, glBlendEquation)},
+    {"ColorMask", Both(&Agl::ColorMask, glColorMask)},
+    {"DepthFunc", Both(&Agl::DepthFunc, glDepthFunc)},
+    {"DepthMask", Both(&Agl::DepthMask, glDepthMask)},
+    {"StencilFunc", Both(&Agl::StencilFunc, glStencilFunc)},
+    {"StencilOp", Both(&Agl::StencilOp, glStencilOp)},
+    {"StencilMask", Both(&Agl::StencilMask, glStencilMask)},
+    {"Light", {SetLight, On(glLightfv)}},
+    {"LightModel", {SetLightModel, On(glLightModelfv)}},
+    {"Material", {SetMaterial, On(glMaterialfv)}},
+    {"ColorMaterial",
+        {On(&Agl::ColorMaterial), [](G& p_side, N& p) { CurrentColor(), On(glColorMaterial)(p_side, p); }}},
+    {"ClipPlane", Both(&Agl::ClipPlane, glClipPlane)},
+    {"ActiveTexture", Both(&Agl::ActiveTexture, glActiveTexture)},
+    {"BindTexture",
+        {[](AglSide& p_side, N& p) { p_side.agl.BindTexture(p[0] < 0 ? nullptr : TestTextures().at(Index(p))); },
+            [](G& p_side, N& p) { glBindTexture(GL_TEXTURE_2D, p[0] < 0 ? 0 : p_side.textures.at(Index(p))); }}},
+    {"TexEnv", {SetTexEnv, On(static_cast<void (*)(GLenum, float const*)>([](GLenum p_name, float const* p_value) {
+                    glTexEnvfv(GL_TEXTURE_ENV, p_name, p_value);
+                }))}},
+    {"Color", Both<float, float, float, float>(&Agl::Color, glColor4f)},
+    {"Normal", Both(&Agl::Normal, glNormal3d)},
+    {"MultiTexCoord", Both(&Agl::MultiTexCoord, glMultiTexCoord4d)},
+    {"Begin", Both(&Agl::Begin, glBegin)},
+    {"Vertex", Both<Vector3 const&>(&Agl::Vertex, glVertex3d)},
+    {"End", Both(&Agl::End, glEnd)},
+    {"Draw",
+        {[](AglSide& p_side, N& p) { p_side.agl.Draw(p_side.shapes.at(Index(p))); },
+            [](G& p_side, N& p) { DrawArrays(p_side.program.shapes.at(Index(p))); }}},
 };
-// clang-format on
 
 /// Hands everything on to a back end that belongs to somebody else.
 class SharedBackend : public Backend {
@@ -389,85 +392,105 @@ GLuint MakeTexture(Texture const& p_texture) {
     return name;
 }
 
-} // namespace
-
-std::string Program::Print() const {
-    std::ostringstream text;
-    for (Call const& call : calls) {
-        text << call.name;
-        for (double const number : call.arguments) {
-            bool const isToken = number >= 256 && number == std::floor(number);
-            text << ' ' << (isToken ? std::hex : std::dec) << (isToken ? "0x" : "");
-            isToken ? text << static_cast<std::uint64_t>(number) : text << number;
-        }
-        text << std::dec << '\n';
-        if (call.name == "Draw" && static_cast<std::size_t>(call.arguments.at(0)) < shapes.size()) {
-            ShapeData const& shape = shapes[static_cast<std::size_t>(call.arguments[0])];
-            text << "  (kind " << shape.kind;
-            for (std::uint32_t const index : shape.indices)
-                text << ", " << shape.vertices.positions[index];
-            text << ")\n";
+/// A pattern without symmetry, so that a wrong orientation shows.
+QImage Pattern(int p_size, bool p_isTranslucent) {
+    QImage image(p_size, p_size, QImage::Format_RGBA8888);
+    for (int y = 0; y < p_size; ++y) {
+        for (int x = 0; x < p_size; ++x) {
+            int const check = (x / 2 + y / 3) % 2;
+            int const alpha = p_isTranslucent ? 60 + 190 * ((x + 2 * y) % p_size) / p_size : 255;
+            image.setPixelColor(x, y, QColor(255 * x / p_size, 80 + 140 * check, 255 - 200 * y / p_size, alpha));
         }
     }
-    return text.str();
+    return image;
 }
 
-AglPlayer::AglPlayer(Context::Profile p_profile)
-    : _context(std::make_unique<Context>(p_profile))
-    , _target(std::make_unique<OffscreenTarget>(Program::Size, Program::Size))
-    , _backend(std::make_unique<OpenGlBackend>()) {
-    _target->Bind();
+} // namespace
+
+std::vector<std::shared_ptr<Texture const>> const& TestTextures() {
+    auto const make = [](int p_size, bool p_isTranslucent, TextureSampling const& p_sampling) {
+        return std::make_shared<Texture const>(Pattern(p_size, p_isTranslucent), p_sampling);
+    };
+    static std::vector<std::shared_ptr<Texture const>> const textures = {
+        make(8, false, {AGL_LINEAR, AGL_LINEAR, AGL_CLAMP_TO_EDGE, AGL_CLAMP_TO_EDGE}),
+        make(16, true, {AGL_NEAREST, AGL_NEAREST, AGL_REPEAT, AGL_REPEAT}),
+        make(12, false, {AGL_LINEAR, AGL_LINEAR, AGL_MIRRORED_REPEAT, AGL_REPEAT}),
+        make(32, true, {AGL_LINEAR_MIPMAP_LINEAR, AGL_LINEAR, AGL_REPEAT, AGL_MIRRORED_REPEAT}),
+        make(7, false, {AGL_LINEAR, AGL_NEAREST, AGL_REPEAT, AGL_CLAMP_TO_EDGE}),
+    };
+    return textures;
 }
 
-AglPlayer::~AglPlayer() = default;
+void Program::AddPrimitive(Token p_kind, VertexData p_vertices, bool p_isBuffered) {
+    VertexData const& v = p_vertices;
+    if (p_isBuffered) {
+        std::vector<std::uint32_t> indices(v.positions.size());
+        std::iota(indices.begin(), indices.end(), 0U);
+        Add("Draw", {static_cast<double>(shapes.size())});
+        shapes.push_back({p_kind, std::move(p_vertices), std::move(indices)});
+        return;
+    }
+    Add("Begin", {static_cast<double>(p_kind)});
+    for (std::size_t i = 0; i < v.positions.size(); ++i) {
+        if (!v.colors.empty())
+            Add("Color", {v.colors[i].red, v.colors[i].green, v.colors[i].blue, v.colors[i].alpha});
+        if (!v.normals.empty())
+            Add("Normal", {v.normals[i].x, v.normals[i].y, v.normals[i].z});
+        for (std::size_t unit = 0; unit < TextureUnitCount; ++unit) {
+            if (auto const& set = v.texCoords[unit]; !set.empty())
+                Add("MultiTexCoord",
+                    {static_cast<double>(AGL_TEXTURE0 + unit), set[i].x, set[i].y, set[i].z, set[i].w});
+        }
+        Add("Vertex", {v.positions[i].x, v.positions[i].y, v.positions[i].z});
+    }
+    Add("End");
+}
 
-Played AglPlayer::Play(Program const& p_program) const {
-    _context->MakeCurrent();
-    Agl agl(std::make_unique<SharedBackend>(*_backend));
-    agl.Viewport({0, 0, Program::Size, Program::Size});
-    agl.ClearColor(Types::Color4f(0, 0, 0, 1));
-    agl.Clear(AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT | AGL_STENCIL_BUFFER_BIT);
-    AglSide side{agl, {}, TestTextures()};
+void Play(Program const& p_program, Agl& p_agl) {
+    AglSide side{p_agl, {}};
     for (ShapeData const& shape : p_program.shapes)
-        side.shapes.push_back(agl.CreatePrimitiveBuffer(
+        side.shapes.push_back(p_agl.CreatePrimitiveBuffer(
             std::make_shared<IndexBuffer>(shape.kind, shape.indices), std::make_shared<VertexBuffer>(shape.vertices)));
     for (Call const& call : p_program.calls)
         Operations.at(call.name).agl(side, call.arguments);
-    Played played;
-    played.picture = agl.ReadPixels(0, 0, Program::Size, Program::Size);
+}
+
+bool PlayOnOpenGl(Program const& p_program, std::vector<unsigned> const& p_textures) {
+    OpenGlSide side{p_program, p_textures, {}, {}, {}, false};
+    for (Call const& call : p_program.calls)
+        Operations.at(call.name).gl(side, call.arguments);
+    return side.hasUnderflow;
+}
+
+Played AglPlayer::Draw(std::function<void(Agl&)> const& p_draw, int p_width, int p_height) {
+    _context.MakeCurrent();
+    OffscreenTarget target(p_width, p_height);
+    target.Bind();
+    Agl agl(std::make_unique<SharedBackend>(_backend));
+    agl.Viewport({0, 0, static_cast<float>(p_width), static_cast<float>(p_height)});
+    agl.ClearColor(Color4f(0, 0, 0, 1));
+    agl.Clear(AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT | AGL_STENCIL_BUFFER_BIT);
+    p_draw(agl);
+    Played played{agl.ReadPixels(0, 0, p_width, p_height), {}};
     played.errors = agl.CheckError();
     return played;
 }
 
-QImage AglPlayer::Picture(Backend& p_backend, int p_width, int p_height, std::function<void(Agl&)> const& p_draw) {
-    OffscreenTarget target(p_width, p_height);
-    target.Bind();
-    Agl agl(std::make_unique<SharedBackend>(p_backend));
-    agl.Viewport({0, 0, static_cast<float>(p_width), static_cast<float>(p_height)});
-    p_draw(agl);
-    QImage picture = agl.ReadPixels(0, 0, p_width, p_height);
-    target.Release();
-    return picture;
-}
-
-Played PlayOnOpenGl(Program const& p_program) {
-    Context context(Context::Profile::Compatibility);
+Played DrawOnOpenGl(Program const& p_program) {
+    Context const context(Context::Profile::Compatibility);
     OffscreenTarget target(Program::Size, Program::Size);
     target.Bind();
-    OpenGlSide side{p_program, {}, {}, {}, {}, false};
+    std::vector<GLuint> textures;
     for (auto const& texture : TestTextures())
-        side.textures.push_back(MakeTexture(*texture));
+        textures.push_back(MakeTexture(*texture));
     glBindTexture(GL_TEXTURE_2D, 0);
     glViewport(0, 0, Program::Size, Program::Size);
     glScissor(0, 0, Program::Size, Program::Size);
     glClearColor(0, 0, 0, 1);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    for (Call const& call : p_program.calls)
-        Operations.at(call.name).gl(side, call.arguments);
-    Played played;
-    played.picture = target.Read();
-    bool const hasError = glGetError() != GL_NO_ERROR;
-    played.errors = hasError || side.hasUnderflow ? "OpenGL reports an error." : "";
+    bool const hasUnderflow = PlayOnOpenGl(p_program, textures);
+    Played played{target.Read(), {}};
+    played.errors = glGetError() != GL_NO_ERROR || hasUnderflow ? "OpenGL reports an error." : "";
     return played;
 }
 

@@ -39,9 +39,20 @@ struct Program {
     void Add(std::string_view p_name, std::vector<double> p_arguments = {}) {
         calls.push_back({p_name, std::move(p_arguments)});
     }
-    /// One call a line.
-    std::string Print() const;
+    /// A primitive of these vertices in their order, as a shape or vertex by vertex.
+    void AddPrimitive(Token p_kind, VertexData p_vertices, bool p_isBuffered);
 };
+
+inline constexpr std::size_t TestTextureCount = 5;
+
+/// The textures that programs bind by number: patterns of several sizes, some of them translucent, each sampled in a way of
+/// its own.
+std::vector<std::shared_ptr<Texture const>> const& TestTextures();
+
+/// Makes the calls on an `Agl`.
+void Play(Program const& p_program, Agl& p_agl);
+/// Makes the calls on fixed-function OpenGL in the current context. Gives whether it took more off a stack than was there.
+bool PlayOnOpenGl(Program const& p_program, std::vector<unsigned> const& p_textures = {});
 
 /// A picture and what went wrong: sentences of `Agl`, or anything not empty for an error of OpenGL.
 struct Played {
@@ -49,25 +60,22 @@ struct Played {
     std::string errors;
 };
 
-/// Plays programs on an `Agl` of its own for each, all with the same back end, in a context of the given profile.
+/// Draws pictures, each on an `Agl` of its own, all with the same back end, in a context of the given profile.
 class AglPlayer {
 public:
     /// Throws `ContextError`.
-    explicit AglPlayer(Context::Profile p_profile);
-    ~AglPlayer();
-    Played Play(Program const& p_program) const;
-    void MakeCurrent() const { _context->MakeCurrent(); }
-    /// Lets p_draw use an `Agl` and gives the picture, p_width by p_height pixels.
-    static QImage Picture(Backend& p_backend, int p_width, int p_height, std::function<void(Agl&)> const& p_draw);
-    Backend& GetBackend() const { return *_backend; }
+    explicit AglPlayer(Context::Profile p_profile) : _context(p_profile) {}
+    Played Draw(std::function<void(Agl&)> const& p_draw, int p_width = Program::Size, int p_height = Program::Size);
+    Played Draw(Program const& p_program) {
+        return Draw([&](Agl& p_agl) { Play(p_program, p_agl); });
+    }
 
 private:
-    std::unique_ptr<Context> _context;
-    std::unique_ptr<OffscreenTarget> _target;
-    std::unique_ptr<OpenGlBackend> _backend;
+    Context _context;
+    OpenGlBackend _backend;
 };
 
-/// Plays a program on fixed-function OpenGL, in a compatibility context of its own. Throws `ContextError`.
-Played PlayOnOpenGl(Program const& p_program);
+/// Draws the picture in a compatibility context of its own. Throws `ContextError`.
+Played DrawOnOpenGl(Program const& p_program);
 
 } // namespace Qor::Chart::Ogl::Referee

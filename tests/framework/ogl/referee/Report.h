@@ -12,11 +12,6 @@ inline std::string ReportFolder() {
     return folder == nullptr ? "" : folder;
 }
 
-/// Whether the calls that a disagreement comes down to are to be printed, which takes a while.
-inline bool WantsDetails() {
-    return std::getenv("QOR_REFEREE_DETAILS") != nullptr;
-}
-
 /// Writes a piece of a report, if reports are wanted.
 inline void Report(std::string const& p_name, std::string const& p_text) {
     if (!ReportFolder().empty())

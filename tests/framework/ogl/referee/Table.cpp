@@ -1,7 +1,6 @@
 #include "tests/framework/ogl/referee/Table.h"
 
 #include "framework/library/Shapes.h"
-#include "tests/framework/ogl/referee/Textures.h"
 
 #include <array>
 #include <cmath>
@@ -35,33 +34,18 @@ Program Primitive(Token p_kind, bool p_isBuffered) {
     if (p_kind == AGL_QUADS || p_kind == AGL_QUAD_STRIP) {
         program.Add("ShadeModel", {AGL_FLAT}); // else Mesa cuts them along either diagonal
     }
-    ShapeData shape;
-    shape.kind = p_kind;
-    Calls immediate = {{"Begin", {static_cast<double>(p_kind)}}};
+    VertexData vertices;
     bool const isStrip = p_kind == AGL_TRIANGLE_STRIP || p_kind == AGL_QUAD_STRIP;
     for (int i = 0; i < count; ++i) {
-        double const angle = 2 * std::numbers::pi *
-            (p_kind == AGL_LINES              ? 3
-                    : p_kind == AGL_TRIANGLES ? 4
-                                              : 1) *
-            i / count;
+        int const turns = p_kind == AGL_LINES ? 3 : p_kind == AGL_TRIANGLES ? 4 : 1;
+        double const angle = 2 * std::numbers::pi * turns * i / count;
         double const x = isStrip ? -0.9 + 0.5 * (i / 2) : 0.9 * std::cos(angle);
         double const y = isStrip ? (i % 2 == 0 ? -0.6 : 0.7) : 0.9 * std::sin(angle);
-        std::array<double, 3> const color{0.3 + 0.1 * (i % 8), i % 3 * 0.4, 1 - 0.12 * i};
-        immediate.push_back({"Color", {color[0], color[1], color[2], 1}});
-        immediate.push_back({"Vertex", {x, y, 0}});
-        shape.vertices.positions.emplace_back(Agl::Vector3(x, y, 0));
-        shape.vertices.colors.emplace_back(
-            static_cast<float>(color[0]), static_cast<float>(color[1]), static_cast<float>(color[2]));
-        shape.indices.push_back(static_cast<std::uint32_t>(i));
+        vertices.positions.emplace_back(Agl::Vector3(x, y, 0));
+        vertices.colors.emplace_back(
+            0.3F + 0.1F * static_cast<float>(i), static_cast<float>(i % 3) * 0.4F, 1 - 0.12F * static_cast<float>(i));
     }
-    immediate.push_back({"End", {}});
-    if (p_isBuffered) {
-        program.shapes.push_back(std::move(shape));
-        program.Add("Draw", {0});
-    } else {
-        program.calls.insert(program.calls.end(), immediate.begin(), immediate.end());
-    }
+    program.AddPrimitive(p_kind, std::move(vertices), p_isBuffered);
     return program;
 }
 
