@@ -9,6 +9,7 @@
 #include "host/InputDispatcher.h"
 #include "host/Scene.h"
 #include "render/events/EventInformation.h"
+#include "render/events/TextInputHost.h"
 #include "render/nodes/TextBox.h"
 
 #include <gmock/gmock.h>
@@ -22,8 +23,10 @@ using Key = Render::EventInformation::KeyCode;
 
 /// A window of 400 by 300 pixels with a pane in it, and in that from below the fields a and b, a label, and the field
 /// c, each 100 by 20 pixels large and 50 above the other.
-struct Window {
+struct Window : Render::TextInputHost {
     Window() {
+        input.SetTextInputHost(this);
+        scene.Capabilities().animations = false;
         for (int i = 0; i < 4; ++i) {
             auto const box = Core::MakeNode<Model::TextBox>(
                 i == 2 ? L"label" : L"", i == 2 ? Model::TextBox::Mode::Label : Model::TextBox::Mode::Editable);
@@ -38,6 +41,10 @@ struct Window {
         input.Callbacks().keyPress = [this](InputEvent const& p_event) { left += std::to_string(p_event.key) + " "; };
         Frame();
     }
+    std::wstring ClipboardText() override { return {}; }
+    void SetClipboardText(std::wstring const&) override {}
+    void BeginTextInput(Types::Viewport<0> const&) override { isComposing = true; }
+    void EndTextInput() override { isComposing = false; }
     void Frame() {
         input.SetView(camera, {0, 0, 400, 300});
         driver.Frame(camera, {0, 0, 400, 300});
@@ -88,9 +95,9 @@ struct Window {
         else if (p_step == "F5")
             press(116);
         else if (p_step == "leave")
-            input.FocusLost();
+            (isHere = false, input.FocusLost());
         else if (p_step == "enter")
-            input.FocusGained();
+            (isHere = true, input.FocusGained());
         else if (p_step == "drag")
             for (int const x : {60, 70, 80})
                 x == 60 ? input.PointerPressed({x, 10}) : input.PointerMoved({x, 10});
@@ -114,6 +121,8 @@ struct Window {
     Core::Ptr<Model::Pane> pane = Core::MakeNode<Model::Pane>();
     std::vector<Core::Ptr<Model::TextBox>> boxes;
     std::string left; ///< the keys that nobody wanted
+    bool isHere = true;
+    bool isComposing = false;
 };
 
 TEST(FocusTest, goesWhereTheUserPointsAndTabsAndEndsWithItsReason) {
@@ -148,6 +157,8 @@ TEST(FocusTest, goesWhereTheUserPointsAndTabsAndEndsWithItsReason) {
              {"a type leave", "a", "", L""},
              {"a leave enter type b", "b", "", L"o"},
              {"a leave b enter", "b", "", L""},
+             {"leave a", "a", "", L""},
+             {"leave a b enter type c", "-", "", L""},
              {"a type hide", "-", "", L"o"},
              {"b hidepane", "-", "", L""},
              {"a remove", "-", "", L""},
@@ -160,6 +171,7 @@ TEST(FocusTest, goesWhereTheUserPointsAndTabsAndEndsWithItsReason) {
         for (std::string step; steps >> step;)
             window.Do(step);
         EXPECT_EQ(window.Focused(), test.focused) << test.steps;
+        EXPECT_EQ(window.isComposing, window.isHere && test.focused != "-") << test.steps;
         EXPECT_EQ(window.left, test.left) << test.steps;
         EXPECT_EQ(window.boxes[0]->Text(), test.a) << test.steps;
         EXPECT_EQ(window.pane->GetProjectionMode(), Model::Pane::ProjectionMode::Perspective) << test.steps;

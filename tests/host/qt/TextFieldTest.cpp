@@ -59,9 +59,11 @@ TEST_F(TextFieldTest, takesKeysShortcutsClipboardAndInputMethods) {
     QShortcut copy(QKeySequence::Copy, &window);
     QShortcut letter(QKeySequence(Qt::Key_O), &window);
     QShortcut save(QKeySequence::Save, &window);
+    QShortcut menu(QKeySequence(Qt::ALT | Qt::Key_M), &window);
     QObject::connect(&copy, &QShortcut::activated, [&] { ++copies; });
     QObject::connect(&letter, &QShortcut::activated, [&] { ++copies; });
     QObject::connect(&save, &QShortcut::activated, [&] { ++saves; });
+    QObject::connect(&menu, &QShortcut::activated, [&] { ++saves; });
     pane->SetProjectionMode(Model::Pane::ProjectionMode::Perspective);
 
     EXPECT_FALSE(scene->testAttribute(Qt::WA_InputMethodEnabled));
@@ -77,10 +79,11 @@ TEST_F(TextFieldTest, takesKeysShortcutsClipboardAndInputMethods) {
     QTest::keyClick(scene, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(scene, Qt::Key_C, Qt::ControlModifier);
     QTest::keyClick(scene, Qt::Key_S, Qt::ControlModifier);
+    QTest::keyClick(scene, Qt::Key_M, Qt::AltModifier);
     QString const copied = QApplication::clipboard()->text();
     EXPECT_TRUE(copied.startsWith("oO(.")) << copied.toStdString();
     EXPECT_EQ(copies, 0) << "the field goes before shortcuts";
-    EXPECT_EQ(saves, 1) << "that it does not know";
+    EXPECT_EQ(saves, 2) << "that it does not know";
     EXPECT_EQ(pane->GetProjectionMode(), Model::Pane::ProjectionMode::Perspective);
     QApplication::clipboard()->setText("a\nb");
     QTest::keyClick(scene, Qt::Key_Insert, Qt::ShiftModifier);
@@ -92,7 +95,7 @@ TEST_F(TextFieldTest, takesKeysShortcutsClipboardAndInputMethods) {
     done.setCommitString(QString(QChar(0x4F60)));
     QApplication::sendEvent(scene, &done);
     QTest::keyClick(scene, Qt::Key_Return);
-    EXPECT_EQ(box->Text(), L"a \u4F60");
+    EXPECT_EQ(box->Text(), L"a \u4F60") << "and no letter of a shortcut";
 
     QTest::keyClicks(scene, "x");
     QTest::mouseClick(scene, Qt::LeftButton, {}, {200, 50});

@@ -1,11 +1,8 @@
 #include "render/context/CheckPointManager.h"
 #include "render/context/CopyOnWriteStack.h"
-#include "framework/qordebug/CaptureScope.h"
-#include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -14,7 +11,6 @@ namespace Qor::Chart::Utility {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::StartsWith;
 
 class Manager : public CheckPointManager<17> {};
 
@@ -61,21 +57,6 @@ TEST(CheckPointTest, nestedCheckPointsUndoTheirOwnWritesInTheOrderOfTheIds) {
     EXPECT_TRUE(context.Damaged(0)) << "the write before all check points belongs to the outermost one";
 }
 
-TEST(CheckPointTest, valuesAreDroppedWithTheirCheckPointOrStack) {
-    Manager manager;
-    auto const value = std::make_shared<int>(1);
-    {
-        Stack<std::shared_ptr<int>, 3> stack(manager, nullptr);
-        manager.CreateCheckPoint();
-        stack.Set(value);
-        manager.RestoreCheckPoint();
-        EXPECT_EQ(value.use_count(), 1);
-        manager.CreateCheckPoint();
-        stack.Set(value);
-    }
-    EXPECT_EQ(value.use_count(), 1);
-}
-
 TEST(CheckPointTest, aFailingApplyFunctionStopsNothingAndIsSeenByTheCaller) {
     Context context;
     Stack<int, 2> failing(context, 1, [](int const&) { throw std::runtime_error("broken"); });
@@ -105,16 +86,6 @@ TEST(CheckPointTest, writesMadeDuringARestoreBelongToTheOuterCheckPoint) {
     context.RestoreCheckPoint();
     EXPECT_EQ(context.first.Top() + context.second.Top() + context.silent.Top(), "abc");
     EXPECT_EQ(context.first.Size() + context.second.Size() + context.silent.Size(), 3U);
-}
-
-TEST(CheckPointTest, idsOutOfRangeAndIdsUsedTwiceAreReported) {
-    Manager manager;
-    EXPECT_THAT([&] { manager.Touch(17); }, ::testing::ThrowsMessage<std::out_of_range>("invalid bitset<N> position"));
-    EXPECT_THROW((void)manager.Damaged(~std::size_t{0}), std::out_of_range);
-    qordebug::CaptureScope log(GetLogger());
-    Stack<int, 4> replaced(manager, 1);
-    Stack<int, 4> later(manager, 1);
-    EXPECT_THAT(log.texts(), ElementsAre(StartsWith("\"_entries[p_id] == 0\" - ")));
 }
 
 } // namespace

@@ -1,9 +1,7 @@
 #include "render/context/DrawContext.h"
 
-#include "render/context/AutoDiscontinuity.h"
 #include "tests/render/DrawFixture.h"
 #include "framework/qordebug/CaptureScope.h"
-#include "framework/utility/Exception.h"
 #include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
@@ -13,14 +11,7 @@ namespace {
 
 using namespace Ogl::Tokens;
 using Fixtures::RecordingDispatcher;
-using ::testing::ElementsAre;
 using ::testing::StartsWith;
-
-class Root : public Vis {
-public:
-    Root() : Vis(VisFlagContextRoot | VisFlagSelfManaged) {}
-    Core::WeakPtr<Model::ModelNode> SourceModel() const override { return {}; }
-};
 
 Types::Matrix4 Shift(double p_x) {
     return Types::Matrix4::Translation({p_x, 0, 0});
@@ -29,7 +20,6 @@ Types::Matrix4 Shift(double p_x) {
 struct DrawContextTest : ::testing::Test {
     Fixtures::DrawFixture fixture;
     DrawContext context = fixture.MakeContext();
-    qordebug::CaptureScope log{Utility::GetLogger()};
 };
 
 TEST_F(DrawContextTest, restoringAppliesViewportAndMatricesToTheGraphics) {
@@ -94,30 +84,6 @@ TEST_F(DrawContextTest, shaderIsSharedByCopiesAndByTheContextsOfLaterFrames) {
     EXPECT_EQ(DrawContext(context).Shader().Top()(agl).get(), first);
     EXPECT_EQ(fixture.MakeContext().Shader().Top()(agl).get(), first);
     EXPECT_NE(context.Shader().Top().With(Ogl::GenericShader::State(std::bitset<2>(2)))(agl).get(), first);
-    fixture.resource.SetShaderSource({Ogl::ShaderSource::Generic().Name(), "void Shade() {}", "void Surface() {}"});
-    EXPECT_EQ(fixture.MakeContext().Shader().Top()(agl)->Source().Vertex(), "void Shade() {}");
-    EXPECT_EQ(DrawContext::GenericShaderEntry()(agl), nullptr);
-    EXPECT_THAT(log.texts(), ElementsAre(StartsWith("\"_factory\" - ")));
-}
-
-using AutoDiscontinuityTest = DrawContextTest;
-
-TEST_F(AutoDiscontinuityTest, theContextIsHandedOnAndMisuseIsReported) {
-    auto const node = Core::MakeNode<Root>();
-    ContextRootStack roots;
-    AutoDiscontinuity empty;
-    EXPECT_THROW((void)empty.CurrentDrawContext(), Utility::Exception);
-    AutoDiscontinuity one(context, roots, *node);
-    AutoDiscontinuity other(context, roots, *node);
-    one.TransferOwnershipFrom(other);
-    one.CurrentDrawContext().CreateCheckPoint();
-    one.CurrentDrawContext().Camera().Set(Shift(1));
-    empty.TransferOwnershipFrom(one);
-    EXPECT_TRUE(one.IsEmpty());
-    EXPECT_EQ(empty.CurrentDrawContext().Camera().Top(), Shift(1));
-    EXPECT_EQ(empty.CurrentDrawContext().Camera().Size(), 1U) << "without its history";
-    EXPECT_EQ(roots.size(), 1U);
-    EXPECT_THAT(log.texts(), ElementsAre(StartsWith("\"_pending\" - "), StartsWith("\"!_pending\" - ")));
 }
 
 } // namespace

@@ -1,9 +1,6 @@
 #include "render/core/Registrar.h"
 
-#include "framework/qordebug/CaptureScope.h"
-#include "framework/utility/Logger.h"
-
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
@@ -11,15 +8,13 @@
 namespace Qor::Chart::Render {
 namespace {
 
-using ::testing::StartsWith;
-
 TEST(RegistrarTest, updatesAdvanceTheTimeOfAnEntryThatLivesAsLongAsOneOfItsHandles) {
     Registrar registrar;
     Registrar::Key const key(1, 2);
     auto first = registrar.Register(key);
     auto const unique = registrar.RegisterUnique<std::string>();
     Core::TimeStamp fresh, seen;
-    EXPECT_FALSE(registrar.GetObject<int>(key, fresh)) << "there is no object yet";
+    registrar.GetObject<int>(key, fresh);
     Core::TimeStamp const before = registrar.Update(key, 10);
     Core::TimeStamp const after = registrar.Update(key, 20);
     auto second = registrar.Register(key);
@@ -32,13 +27,6 @@ TEST(RegistrarTest, updatesAdvanceTheTimeOfAnEntryThatLivesAsLongAsOneOfItsHandl
     EXPECT_FALSE(registrar.GetObject<int>(key, seen));
     registrar.UpdateUnique<std::string>("one");
     EXPECT_EQ(registrar.GetUnique<std::string>(seen), std::string("one"));
-
-    qordebug::CaptureScope log(Utility::GetLogger());
-    EXPECT_EQ(registrar.Update(key, 6), Core::TimeStamp());
-    registrar.UpdateUnique(7);
-    EXPECT_THAT(log.texts(),
-        ::testing::ElementsAre(
-            StartsWith("\"it != _state->keyMaps->end()\" - "), StartsWith("\"it != _state->typeMaps->end()\" - ")));
 }
 
 /// A handle outlives its registrar, and an object that holds the last handle of another entry, or its own, can go.

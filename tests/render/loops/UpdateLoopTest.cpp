@@ -16,7 +16,6 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Pair;
-using ::testing::StartsWith;
 
 struct UpdateLoopTest : ::testing::Test {
     /// n0(n1(n3) n2), updated once.
@@ -39,22 +38,6 @@ struct UpdateLoopTest : ::testing::Test {
     Core::Ptr<Vis> root;
 };
 
-TEST_F(UpdateLoopTest, framesAndNodesAreLoggedOnlyWhenAskedFor) {
-    qordebug::CaptureScope const log(Utility::GetLogger(), {"Gtm", "UpdateLoop"});
-    models[3]->Changed();
-    stage.Update(root);
-    EXPECT_THAT(log.texts("Gtm"),
-        ElementsAre(
-            "Begin Update ..................................", "End Update .................................."));
-    EXPECT_THAT(log.texts("UpdateLoop"), Contains(StartsWith("\ttype-path: ")).Times(3));
-    EXPECT_THAT(log.texts("UpdateLoop"), Contains(HasSubstr("\tname-path: ")).Times(3));
-
-    qordebug::CaptureScope const quiet(Utility::GetLogger(), {"Gtm", "UpdateLoop"});
-    models[0]->SetEnabled(false);
-    EXPECT_EQ(stage.Update(root), Stage::Counts());
-    EXPECT_TRUE(quiet.empty());
-}
-
 TEST_F(UpdateLoopTest, anInvalidNodeAndAClassWithoutFactoryAreToldOfOnce) {
     qordebug::CaptureScope const log(Utility::GetLogger());
     Answers(2, Answer::Invalid);
@@ -62,11 +45,7 @@ TEST_F(UpdateLoopTest, anInvalidNodeAndAClassWithoutFactoryAreToldOfOnce) {
     for (int twice = 0; twice < 2; ++twice)
         stage.Update(root);
     EXPECT_THAT(stage.dispatcher.warnings,
-        ElementsAre(Pair(2,
-            "The last change on this node left the node in an invalid state. "
-            "Please read any earlier error messages or verify the last change "
-            "and correct the problem, the node will revert to a valid state "
-            "once the problem is corrected.\n")));
+        ElementsAre(Pair(2, HasSubstr("The last change on this node left the node in an invalid state. "))));
     EXPECT_THAT(log.texts("cerr"), Contains("Factory for \"UnknownModel\" is not registered!").Times(1));
 }
 

@@ -1,12 +1,7 @@
 #include "render/nodes/RenderStyle.h"
 
 #include "tests/render/nodes/SceneFixture.h"
-#include "framework/core/Reference.h"
-#include "framework/library/Style.h"
-#include "framework/model/Light.h"
 #include "framework/model/RenderStyle.h"
-#include "framework/qordebug/CaptureScope.h"
-#include "framework/utility/Logger.h"
 
 #include <gmock/gmock.h>
 
@@ -14,8 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <limits>
-#include <stdexcept>
 
 namespace Qor::Chart::Render {
 namespace {
@@ -28,29 +21,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Pair;
 
-/// Leaves something on a stack, and then fails.
-class FaultyVis : public Vis {
-public:
-    FaultyVis() : _model(*this, "model") {
-        RegisterCB(HandledDraw);
-        RegisterCB(HandledBoundingBox);
-    }
-    void Attach(Core::Ptr<Model::ModelNode> const& p_model) { _model.Attach(p_model); }
-    Core::WeakPtr<Model::ModelNode> SourceModel() const override { return _model.Get(); }
-
-private:
-    DrawResult DoDraw(DrawContext const& p_context) override {
-        p_context.Graphics().Get()->PushAttrib(AGL_ALL_ATTRIB_BITS);
-        throw std::runtime_error("faulty");
-    }
-
-    Types::BoundingBox_Base<double> DoBoundingBox(Types::BoundingBox_Base<double> const&) override {
-        return {{0, 0, 0}, {1, 1, 1}};
-    }
-
-    Core::WeakRef<Model::Light> _model;
-};
-
 std::string WriteImage(char const* p_name, int p_alpha) {
     QImage image(2, 2, QImage::Format_RGBA8888);
     image.fill(QColor(255, 0, 0, p_alpha));
@@ -60,14 +30,6 @@ std::string WriteImage(char const* p_name, int p_alpha) {
 }
 
 struct RenderStyleTest : ::testing::Test, Fixtures::SceneFixture {
-    RenderStyleTest() {
-        generator.Register<Model::Light>([](Core::Ptr<Model::ModelNode> const& p_model) -> Core::Ptr<Vis> {
-            auto vis = Core::MakeNode<FaultyVis>();
-            vis->Attach(p_model);
-            return vis;
-        });
-    }
-
     static Core::Ptr<Model::SimpleObject> Cube(double p_z = 0) {
         auto cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
         cube->SetTransform(Types::Matrix4::Translation({0, 0, p_z}));
@@ -99,6 +61,7 @@ TEST_F(RenderStyleTest, eachPropertyHoldsForItsSubtreeUntilAnInnerStyleOverrides
         double outside, within, overridden;
         Ogl::Token mode = AGL_FILL;
     };
+    auto const set = [](auto p_setter, auto p_value) { return [=](Style& p) { (p.*p_setter)(p_value); }; };
     auto const enabled = [](Ogl::EnableBit::Type p_bit) {
         return [p_bit](RecordedCommand const& p) { return double(p.state.IsEnabled(p_bit)); };
     };
@@ -106,56 +69,43 @@ TEST_F(RenderStyleTest, eachPropertyHoldsForItsSubtreeUntilAnInnerStyleOverrides
         return [p_bits](RecordedCommand const& p) { return double(p.shader->Options() & p_bits); };
     };
     auto const textures = [](RecordedCommand const& p) { return double(p.state.UsedTextureUnits()); };
+    auto const green = [](RecordedCommand const& p) { return double(p.instances[0].color.green); };
+    double const own = double(200 / 255.0F);
+    std::string const none;
     for (Case const& c : {
-             Case{"line width", [](Style& p) { p.SetLineWidth(3); }, [](Style& p) { p.SetLineWidth(1); },
+             Case{"line width", set(&Style::SetLineWidth, 3), set(&Style::SetLineWidth, 1),
                  [](RecordedCommand const& p) { return double(p.state.line.width); }, 1, 6, 2, AGL_LINE},
-             Case{"point size", [](Style& p) { p.SetPointSize(4); }, [](Style& p) { p.SetPointSize(5); },
+             Case{"point size", set(&Style::SetPointSize, 4), set(&Style::SetPointSize, 5),
                  [](RecordedCommand const& p) { return double(p.state.point.size); }, 1, 8, 10, AGL_POINT},
-             Case{"pattern", [](Style& p) { p.SetLinePattern(Style::LinePattern::Dotted); },
-                 [](Style& p) { p.SetLinePattern(Style::LinePattern::Solid); }, enabled(Ogl::EnableBit::LineStipple), 0,
-                 1, 0},
-             Case{"smooth lines", [](Style& p) { p.SetSmoothLines(true); }, [](Style& p) { p.SetSmoothLines(false); },
+             Case{"pattern", set(&Style::SetLinePattern, Style::LinePattern::Dotted),
+                 set(&Style::SetLinePattern, Style::LinePattern::Solid), enabled(Ogl::EnableBit::LineStipple), 0, 1, 0},
+             Case{"smooth lines", set(&Style::SetSmoothLines, true), set(&Style::SetSmoothLines, false),
                  enabled(Ogl::EnableBit::LineSmooth), 0, 1, 0},
-             Case{"round points", [](Style& p) { p.SetRoundPoints(true); }, [](Style& p) { p.SetRoundPoints(false); },
+             Case{"round points", set(&Style::SetRoundPoints, true), set(&Style::SetRoundPoints, false),
                  enabled(Ogl::EnableBit::PointSmooth), 0, 1, 0},
-             Case{"culling", [](Style& p) { p.SetCulling(Style::Culling::Front); },
-                 [](Style& p) { p.SetCulling(Style::Culling::None); }, enabled(Ogl::EnableBit::CullFace), 0, 1, 0},
-             Case{"polygon mode", [](Style& p) { p.SetPolygonMode(Style::PolygonMode::Outlines); },
-                 [](Style& p) { p.SetPolygonMode(Style::PolygonMode::Filled); },
+             Case{"culling", set(&Style::SetCulling, Style::Culling::Front),
+                 set(&Style::SetCulling, Style::Culling::None), enabled(Ogl::EnableBit::CullFace), 0, 1, 0},
+             Case{"polygon mode", set(&Style::SetPolygonMode, Style::PolygonMode::Outlines),
+                 set(&Style::SetPolygonMode, Style::PolygonMode::Filled),
                  [](RecordedCommand const& p) { return double(p.state.polygon.frontMode); }, AGL_FILL, AGL_LINE,
                  AGL_FILL},
-             Case{"lighting", [](Style& p) { p.SetLighting(false); }, [](Style& p) { p.SetLighting(true); }, options(1),
-                 1, 0, 1},
-             Case{"cutout",
-                 [](Style& p) {
-                     p.SetAlphaMode(Style::AlphaMode::Cutout);
-                     p.SetAlphaCutoff(1);
-                 },
-                 [](Style& p) { p.SetAlphaMode(Style::AlphaMode::Opaque); }, options(0xFFF8), 0, 0xFF08, 16},
-             Case{"opacity", [](Style& p) { p.SetOpacity(0.5); }, [](Style& p) { p.SetOpacity(0.25); },
+             Case{"lighting", set(&Style::SetLighting, false), set(&Style::SetLighting, true), options(1), 1, 0, 1},
+             Case{"cutout", [](Style& p) { p.SetAlphaMode(Style::AlphaMode::Cutout), p.SetAlphaCutoff(1); },
+                 set(&Style::SetAlphaMode, Style::AlphaMode::Opaque), options(0xFFF8), 0, 0xFF08, 16},
+             Case{"opacity", set(&Style::SetOpacity, 0.5), set(&Style::SetOpacity, 0.25),
                  [](RecordedCommand const& p) { return double(p.instances[0].color.alpha); }, 1, 0.5, 0.25},
-             Case{"foreground", [](Style& p) { p.SetForegroundColor(QColor(255, 0, 0)); },
-                 [](Style& p) { p.SetForegroundColor(QColor(0, 0, 0)); },
-                 [](RecordedCommand const& p) { return double(p.instances[0].color.green); }, double(200 / 255.0F), 0,
-                 0},
-             Case{"texture", [&](Style& p) { p.SetTexture(image); }, [](Style& p) { p.SetTexture(""); }, textures, 0, 1,
-                 0},
-             Case{"textured colour", [&](Style& p) { p.SetTexture(image); }, [](Style& p) { p.SetTexture(""); },
-                 [](RecordedCommand const& p) { return double(p.instances[0].color.green); }, double(200 / 255.0F), 1,
-                 double(200 / 255.0F)},
-             Case{"second texture", [&](Style& p) { p.SetSecondTexture(image); },
-                 [](Style& p) { p.SetSecondTexture(""); }, textures, 0, 2, 0},
-             Case{"environment", [](Style& p) { p.SetTextureEnvironment(Style::Environment::Add); },
-                 [](Style& p) { p.SetTextureEnvironment(Style::Environment::Decal); },
+             Case{"foreground", set(&Style::SetForegroundColor, QColor(255, 0, 0)),
+                 set(&Style::SetForegroundColor, QColor(0, 0, 0)), green, own, 0, 0},
+             Case{"texture", set(&Style::SetTexture, image), set(&Style::SetTexture, none), textures, 0, 1, 0},
+             Case{"textured colour", set(&Style::SetTexture, image), set(&Style::SetTexture, none), green, own, 1, own},
+             Case{"second texture", set(&Style::SetSecondTexture, image), set(&Style::SetSecondTexture, none), textures,
+                 0, 2, 0},
+             Case{"environment", set(&Style::SetTextureEnvironment, Style::Environment::Add),
+                 set(&Style::SetTextureEnvironment, Style::Environment::Decal),
                  [](RecordedCommand const& p) { return double(p.state.textures[0].environment); }, AGL_MODULATE,
                  AGL_ADD, AGL_DECAL},
-             Case{"scale",
-                 [](Style& p) {
-                     p.SetTextureScale({2, 3});
-                 },
-                 [](Style& p) {
-                     p.SetTextureOffset({0.5, 7});
-                 },
+             Case{"scale", set(&Style::SetTextureScale, Types::Vector2_Base<double>(2, 3)),
+                 set(&Style::SetTextureOffset, Types::Vector2_Base<double>(0.5, 7)),
                  [](RecordedCommand const& p) {
                      return double(p.state.textureMatrices[0].matrix[5] + p.state.textureMatrices[0].matrix[13]);
                  },
@@ -211,23 +161,23 @@ TEST_F(RenderStyleTest, theSchemaIsHandedDownInBothLayers) {
     scene->Add(style);
     style->Add(Cube());
     Update();
+    struct Hooks : VisHooks {
+        using VisHooks::Setup;
+        using VisHooks::SetupOverlay;
+        using VisHooks::Teardown;
+        using VisHooks::TeardownOverlay;
+    };
+    Utility::Scoped<Ogl::Agl> scope(handle);
     for (Layer const layer : {LayerBase, LayerOverlay}) {
         DrawContext context = MakeContext(Mode::Draw);
         Types::Schema expected = context.Schema().Top();
         expected.textColor = QColor(1, 2, 3);
         expected.fontSize = 17;
         expected.highlightColor = QColor(4, 5, 6);
-        struct Reach : VisHooks {
-            static void Call(Vis& p_vis, DrawContext& p_context, Layer p_layer, Ogl::Agl& p_agl) {
-                Utility::Scoped<Ogl::Agl> scope{Utility::Unscoped<Ogl::Agl>(p_agl)};
-                p_layer == LayerBase ? Setup(p_vis, p_context, scope) : SetupOverlay(p_vis, p_context, scope);
-                if (p_layer == LayerBase)
-                    Teardown(p_vis, p_context, scope);
-            }
-        };
         context.CreateCheckPoint();
-        Reach::Call(Child(), context, layer, agl);
+        (layer == LayerBase ? Hooks::Setup : Hooks::SetupOverlay)(Child(), context, scope);
         EXPECT_EQ(context.Schema().Top(), expected);
+        (layer == LayerBase ? Hooks::Teardown : Hooks::TeardownOverlay)(Child(), context, scope);
         context.RestoreCheckPoint();
     }
 }
@@ -266,12 +216,6 @@ TEST_F(RenderStyleTest, transparentObjectsAreDrawnLastWithoutDepthWhateverMakesT
         EXPECT_EQ(last.state.depth.mask, c.isTransparent ? 0U : 1U);
         EXPECT_EQ(last.state.IsEnabled(Ogl::EnableBit::Blend), c.isTransparent);
     }
-    auto const invisible = StyleWith([](Style& p) { p.SetOpacity(0); });
-    scene = Core::MakeNode<Model::SceneGraph>();
-    root = {};
-    invisible->Add(Cube());
-    scene->Add(invisible);
-    EXPECT_TRUE(UpdateAndDraw().empty());
 }
 
 TEST_F(RenderStyleTest, anImageThatCannotBeHadIsReportedOnceAndTheRestIsDrawn) {
@@ -296,59 +240,6 @@ TEST_F(RenderStyleTest, anImageThatCannotBeHadIsReportedOnceAndTheRestIsDrawn) {
     second->SetTexture(WriteImage("qor-style-found.png", 255));
     EXPECT_EQ(UpdateAndDraw().back().state.UsedTextureUnits(), 1U);
     EXPECT_THAT(dispatcher.warnings, ::testing::IsEmpty());
-}
-
-TEST_F(RenderStyleTest, aFailureInTheSubtreeLeavesNothingBehind) {
-    std::string const image = WriteImage("qor-style-failure.png", 255);
-    auto const style = StyleWith([&](Style& p) {
-        p.SetTexture(image);
-        p.SetTextureScale({2, 2});
-        p.SetLineWidth(9);
-        p.SetOpacity(0.5);
-    });
-    style->Add(Cube());
-    style->Add(Core::MakeNode<Model::Light>());
-    scene->Add(style);
-    scene->Add(Cube(5));
-    auto const commands = UpdateAndDraw();
-    ASSERT_EQ(commands.size(), 2U);
-    EXPECT_EQ(commands[0].instances[0].rows[2][3], 5);
-    EXPECT_EQ(commands[0].state.line.width, 1);
-    EXPECT_EQ(commands[0].state.textureMatrices[0].matrix[0], 1);
-    EXPECT_EQ(commands[1].state.UsedTextureUnits(), 1U);
-    EXPECT_EQ(dispatcher.exceptions.size(), 1U);
-}
-
-TEST_F(RenderStyleTest, sizesThatAreNoneAreRefused) {
-    double const nan = std::numeric_limits<double>::quiet_NaN();
-    double const infinity = std::numeric_limits<double>::infinity();
-    auto const style = Core::MakeNode<Style>();
-    qordebug::CaptureScope const capture(Utility::GetLogger());
-    std::size_t refused = 0;
-    for (double const bad : {nan, infinity, -infinity, -1.0, 1e9}) {
-        for (bool const isTaken : {style->SetOpacity(bad), style->SetAlphaCutoff(bad), style->SetFontSize(bad),
-                 style->SetLineWidth(bad), style->SetPointSize(bad)}) {
-            EXPECT_FALSE(isTaken) << bad;
-            ++refused;
-        }
-    }
-    EXPECT_FALSE(style->SetTextureScale({1, nan}));
-    EXPECT_FALSE(style->SetSecondTextureOffset({infinity, 0}));
-    EXPECT_FALSE(style->SetLineWidth(0));
-    EXPECT_FALSE(style->SetTextureEnvironment(Style::Environment::Combine));
-    EXPECT_FALSE(style->SetTextureFilters(
-        {Model::TextureFilters::Filter::Linear, Model::TextureFilters::Filter::LinearMipmapLinear}));
-    EXPECT_FALSE(style->SetTextColor(QColor()));
-    EXPECT_EQ(capture.entries().size(), refused + 6);
-    for (Model::PropertyInfo const* const property : Style::ClassProperties()) {
-        EXPECT_FALSE(style->IsSet(*property)) << property->Name();
-        property->SetText(*style, property->DefaultText()); // what is written can be read
-        EXPECT_EQ(property->Text(*style), property->DefaultText());
-    }
-    Style::TextureFiltersProperty.SetText(*style, "nearestmipmaplinear");
-    EXPECT_EQ(Style::TextureFiltersProperty.Text(*style), "NearestMipmapLinear Nearest");
-    Style::TextureWrapsProperty.SetText(*style, " Repeat  ClampToEdge ");
-    EXPECT_EQ(Style::TextureWrapsProperty.Text(*style), "Repeat ClampToEdge");
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "render/nodes/TextWidget.h"
 
 #include "tests/render/DrawFixture.h"
+#include "tests/render/support/QuietSink.h"
 #include "framework/qordebug/highrestimer.h"
 #include "render/events/EventInformation.h"
-#include "render/events/EventSink.h"
 #include "render/events/TextInputHost.h"
 #include "render/nodes/TextBoundaries.h"
 
@@ -22,7 +22,7 @@ constexpr std::uint32_t Ctrl = EventInformation::ModifierControl;
 constexpr std::uint32_t Shift = EventInformation::ModifierShift;
 
 /// A field of 200 by 20 pixels at (10, 10) that has the focus, and the window around it.
-struct FieldFixture : Fixtures::DrawFixture, EventSink, TextInputHost {
+struct FieldFixture : Fixtures::DrawFixture, Fixtures::QuietSink, TextInputHost {
     FieldFixture() {
         field.SetMode(Mode::Editable);
         field.SetRectangle({10, 10, 200, 20});
@@ -75,13 +75,6 @@ struct FieldFixture : Fixtures::DrawFixture, EventSink, TextInputHost {
         return static_cast<int>(field.CaretPlace().x) - 15; // the frame and the margin
     }
 
-    void RequestRedraw() override {}
-    void RequestUpdate() override {}
-    void SelectBox(BoxSelection const&) override {}
-    void AboutToMove(Core::WeakPtr<Model::ModelNode> const&) override {}
-    void Hover(SelectRecord const&) override {}
-    void EndHover(Core::WeakPtr<Model::ModelNode> const&) override {}
-    PopOutHost* GetPopOutHost() override { return nullptr; }
     TextInputHost* GetTextInputHost() override { return this; }
     std::wstring ClipboardText() override { return clipboard; }
     void SetClipboardText(std::wstring const& p_text) override { clipboard = p_text; }

@@ -1,8 +1,8 @@
 #include "render/nodes/Toolbar.h"
 
 #include "tests/render/nodes/SceneFixture.h"
+#include "tests/render/support/QuietSink.h"
 #include "render/events/EventInformation.h"
-#include "render/events/EventSink.h"
 #include "render/pick/HitTopLoop.h"
 #include "framework/model/Pane.h"
 
@@ -40,8 +40,6 @@ TEST(ToolbarLayoutTest, partsStandInARowInsideThePane) {
     };
     check({{400, 300}, {Pixels, Right, 0}, {Pixels, Top, 20}, false, false, 16, 1, {9, 16}}, {362, 260, 38, 20}, {},
         {{364, 262, 16, 16}, {382, 262, 16, 16}}, {340, 238, 60, 20});
-    check({{400, 300}, {Pixels, Left, 10}, {Fraction, Bottom, 0.05}, false, true, 16, 1, {16, 50}}, {10, 15, 80, 20},
-        {12, 17, 6, 16}, {{20, 17, 16, 16}, {38, 17, 50, 16}}, {38, 37, 60, 20});
     check({{400, 300}, {Pixels, Right, 5}, {Pixels, Top, 7}, true, true, 16, 1, {16, 40}}, {351, 247, 44, 46},
         {353, 285, 40, 6}, {{353, 267, 40, 16}, {353, 249, 40, 16}}, {289, 245, 60, 20});
     check({{400, 300}, {Pixels, Left, 390}, {Pixels, Bottom, -50}, false, false, 32, 2, {32}}, {360, 0, 40, 40}, {},
@@ -51,7 +49,7 @@ TEST(ToolbarLayoutTest, partsStandInARowInsideThePane) {
 }
 
 /// A pane of 200 by 150 pixels at (100, 50) with a bar of 64 by 20 at (10, 20) of it: a handle and three square buttons.
-struct ToolbarTest : ::testing::Test, Fixtures::SceneFixture, EventSink {
+struct ToolbarTest : ::testing::Test, Fixtures::SceneFixture, Fixtures::QuietSink {
     ToolbarTest() {
         auto const pixels = &Types::RelativeLength::Pixels;
         auto const pane = Core::MakeNode<Model::Pane>();
@@ -107,13 +105,7 @@ struct ToolbarTest : ::testing::Test, Fixtures::SceneFixture, EventSink {
         Send(&Toolbar::OnDragEnd, hits, p_to, p_buttonsAtEnd);
     }
 
-    void RequestRedraw() override {}
-    void RequestUpdate() override {}
-    void SelectBox(BoxSelection const&) override {}
     void AboutToMove(Core::WeakPtr<Model::ModelNode> const&) override { ++moves; }
-    void Hover(SelectRecord const&) override {}
-    void EndHover(Core::WeakPtr<Model::ModelNode> const&) override {}
-    PopOutHost* GetPopOutHost() override { return nullptr; }
 
     static constexpr Types::Pos Handle{13, 30}, Gap{19, 30}, First{28, 30}, Second{46, 30}, Third{64, 30};
     Core::Ptr<Model::Toolbar> bar = Core::MakeNode<Model::Toolbar>();
@@ -136,9 +128,6 @@ TEST_F(ToolbarTest, aClickExecutesTheActionThatWasHitAlone) {
     Send(&Toolbar::OnClick, third);
     Send(&Toolbar::OnClick, first);
     EXPECT_THAT(done, ElementsAre(2, 0, 2)) << "what has left the bar does nothing, and nothing else takes its place";
-    actions[2]->SetExecute([] { throw std::runtime_error("no"); });
-    EXPECT_THROW(Send(&Toolbar::OnClick, third), std::runtime_error);
-    EXPECT_TRUE(Pick({9, 30}).empty());
 
     bar->Add(actions[0]);
     Update();
@@ -162,9 +151,6 @@ TEST_F(ToolbarTest, draggingTheBarWritesItsPositionInItsOwnTerms) {
     Drag({15, 140}, {15, 140});
     EXPECT_EQ(bar->GetXPosition(), XPosition(Fraction, Left, 0.0512)) << "nothing is lost to rounding";
     EXPECT_EQ(moves, 3);
-    bar->SetMovable(false);
-    Drag({11, 149}, {33, 45});
-    EXPECT_EQ(bar->GetYPosition(), YPosition(Pixels, Top, 0));
 }
 
 TEST_F(ToolbarTest, whatIsDrawnFollowsPointerAndModel) {
@@ -198,20 +184,6 @@ TEST_F(ToolbarTest, whatIsDrawnFollowsPointerAndModel) {
     actions[0]->SetToolTip(L"Tip");
     Update();
     EXPECT_EQ(dispatcher.warnings.size(), 1U);
-
-    Core::Ptr<Vis> const keep(node);
-    auto const hits = Pick(First);
-    bar->Parents().front()->Remove(*bar);
-    Update();
-    bar = {};
-    Child().Add(keep); // the node lives on without its model
-    Send(&Toolbar::OnClick, hits);
-    Send(&Toolbar::OnDragBegin, hits);
-    Send(&Toolbar::OnDrag, hits);
-    Send(&Toolbar::OnDragEnd, hits, {}, 0);
-    EXPECT_EQ(Drawn(), 0U);
-    EXPECT_TRUE(Pick(First).empty());
-    EXPECT_TRUE(done.empty());
 }
 
 } // namespace

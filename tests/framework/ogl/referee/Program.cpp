@@ -78,8 +78,8 @@ public:
             return static_cast<T>(*_next++);
         }
     }
-    template <class... P>
-    void HandTo(std::function<void(P...)> const& p_function) {
+    template <class... P, class Function>
+    void HandTo(Function const& p_function) {
         std::apply(p_function, std::tuple<std::decay_t<P>...>{Take<std::decay_t<P>>()...});
     }
 
@@ -245,24 +245,13 @@ void SetLight(AglSide& p_side, Numbers const& p_numbers) {
         return On<Token, Token, Vector3 const&>(&Agl::Light)(p_side, p_numbers);
     if (p_numbers[1] == AGL_POSITION)
         return On<Token, Token, Vector4 const&>(&Agl::Light)(p_side, p_numbers);
-    On<Token, Token, Color4f const&> (&Agl::Light)(p_side, p_numbers);
+    return On<Token, Token, Color4f const&>(&Agl::Light)(p_side, p_numbers);
 }
 
-void SetLightModel(AglSide& p_side, Numbers const& p_numbers) {
-    p_numbers.size() == 2 ? On<Token, bool> (&Agl::LightModel)(p_side, p_numbers)
-                          : On<Token, Color4f const&> (&Agl::LightModel)(p_side, p_numbers);
-}
-
-void SetMaterial(AglSide& p_side, Numbers const& p_numbers) {
-    p_numbers.size() == 3 ? On<Token, Token, float> (&Agl::Material)(p_side, p_numbers)
-                          : On<Token, Token, Color4f const&> (&Agl::Material)(p_side, p_numbers);
-}
-
-void SetTexEnv(AglSide& p_side, Numbers const& p_numbers) {
-    if (p_numbers[0] == AGL_RGB_SCALE || p_numbers[0] == AGL_ALPHA_SCALE)
-        return On<Token, float>(&Agl::TexEnv)(p_side, p_numbers);
-    p_numbers.size() == 2 ? On<Token, Token> (&Agl::TexEnv)(p_side, p_numbers)
-                          : On<Token, Color4f const&> (&Agl::TexEnv)(p_side, p_numbers);
+/// Of the overloads of a function the one that takes so many numbers.
+std::function<void(AglSide&, Numbers const&)> ByCount(
+    std::map<std::size_t, std::function<void(AglSide&, Numbers const&)>> p_overloads) {
+    return [=](AglSide& p_side, Numbers const& p_numbers) { p_overloads.at(p_numbers.size())(p_side, p_numbers); };
 }
 
 void PopMatrix(OpenGlSide& p_side, Numbers const&) {
@@ -279,6 +268,12 @@ void PopScissor(OpenGlSide& p_side, Numbers const&) {
         glScissor(x, y, width, height);
         p_side.scissors.pop_back();
     }
+}
+
+void SetTexEnv(OpenGlSide&, Numbers const& p_numbers) {
+    Arguments arguments(p_numbers);
+    auto const name = arguments.Take<GLenum>();
+    glTexEnvfv(GL_TEXTURE_ENV, name, arguments.Take<float const*>());
 }
 
 using G = OpenGlSide;
@@ -333,8 +328,12 @@ std::map<std::string_view, Operation> const Operations = {
     {"StencilOp", Both(&Agl::StencilOp, glStencilOp)},
     {"StencilMask", Both(&Agl::StencilMask, glStencilMask)},
     {"Light", {SetLight, On(glLightfv)}},
-    {"LightModel", {SetLightModel, On(glLightModelfv)}},
-    {"Material", {SetMaterial, On(glMaterialfv)}},
+    {"LightModel",
+        {ByCount({{2, On<Token, bool>(&Agl::LightModel)}, {5, On<Token, Color4f const&>(&Agl::LightModel)}}),
+            On(glLightModelfv)}},
+    {"Material",
+        {ByCount({{3, On<Token, Token, float>(&Agl::Material)}, {6, On<Token, Token, Color4f const&>(&Agl::Material)}}),
+            On(glMaterialfv)}},
     {"ColorMaterial",
         {On(&Agl::ColorMaterial), [](G& p_side, N& p) { CurrentColor(), On(glColorMaterial)(p_side, p); }}},
     {"ClipPlane", Both(&Agl::ClipPlane, glClipPlane)},
@@ -342,9 +341,9 @@ std::map<std::string_view, Operation> const Operations = {
     {"BindTexture",
         {[](AglSide& p_side, N& p) { p_side.agl.BindTexture(p[0] < 0 ? nullptr : TestTextures().at(Index(p))); },
             [](G& p_side, N& p) { glBindTexture(GL_TEXTURE_2D, p[0] < 0 ? 0 : p_side.textures.at(Index(p))); }}},
-    {"TexEnv", {SetTexEnv, On(static_cast<void (*)(GLenum, float const*)>([](GLenum p_name, float const* p_value) {
-                    glTexEnvfv(GL_TEXTURE_ENV, p_name, p_value);
-                }))}},
+    {"TexEnv",
+        {ByCount({{2, On<Token, Token>(&Agl::TexEnv)}, {5, On<Token, Color4f const&>(&Agl::TexEnv)}}), SetTexEnv}},
+    {"TexEnvf", {On<Token, float>(&Agl::TexEnv), SetTexEnv}},
     {"Color", Both<float, float, float, float>(&Agl::Color, glColor4f)},
     {"Normal", Both(&Agl::Normal, glNormal3d)},
     {"MultiTexCoord", Both(&Agl::MultiTexCoord, glMultiTexCoord4d)},

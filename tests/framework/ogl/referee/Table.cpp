@@ -266,7 +266,7 @@ private:
             Row(std::string("combine ") + function.name,
                 {on, constant,
                     {{"TexEnv", {AGL_TEXTURE_ENV_MODE, AGL_COMBINE}},
-                        {"TexEnv", {AGL_COMBINE_RGB, double(function.token)}}, {"TexEnv", {AGL_RGB_SCALE, 2}}},
+                        {"TexEnv", {AGL_COMBINE_RGB, double(function.token)}}, {"TexEnvf", {AGL_RGB_SCALE, 2}}},
                     Rectangles()});
         }
         for (int i = 0; i < static_cast<int>(TestTextureCount); ++i)
