@@ -296,9 +296,9 @@ public:
     /// BeginTransparency and EndTransparency, draws made while AGL_TRANSPARENCY is enabled wait; EndTransparency
     /// carries them out in the state in which they were made, after all others, the farthest first. How far a draw is
     /// tells the middle of its box, in eye coordinates; draws that are equally far keep their order, and draws of one
-    /// shape that follow each other then are merged as always. Of filled polygons of which both faces show, the backs
-    /// are drawn before the fronts, so that a closed shape is seen through to its far side. Blending and depth writes
-    /// are the caller's: such draws should blend, and leave the depths as they are.
+    /// shape that follow each other then are merged, but for quads in flat shading. Of filled polygons of which both
+    /// faces show, the backs are drawn before the fronts, so that a closed shape is seen through to its far side.
+    /// Blending and depth writes are the caller's: such draws should blend, and leave the depths as they are.
     ///
     /// A scope inside another one, and a clear, carry out what waits before they begin. Flushes, `CheckError` and
     /// `ReadPixels` leave it waiting. Outside of any scope AGL_TRANSPARENCY (saved with AGL_ENABLE_BIT and
@@ -418,12 +418,16 @@ private:
     void ResolveState(StateMask p_unused);
     void ResolveProjection();
     void ResolvePolygonPasses();
-    PolygonPass PassFor(Token p_kind, PolygonPass p_pass) const;
+    /// Calls p_append with each pass that a primitive of a kind takes.
+    template <class Append>
+    void ForEachPass(Token p_kind, Append const& p_append);
     void ResolvePerspectiveRow(Types::Matrix4 const& p_modelView);
     void ResolveTextures();
     void KeepShader();
     void AppendInstance(Types::Matrix4 const& p_modelView);
     void AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass);
+    /// Adds a command for a shape.
+    void AddShape(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, Command p_command);
     void AppendImmediate(PolygonPass const& p_pass, std::size_t p_count);
     /// Adds a command for the indices from p_first on, or lets them join the one before.
     void AppendIndices(std::uint32_t p_first, Command p_command);
@@ -444,8 +448,8 @@ private:
     /// Records elsewhere from now on: with the draws that wait, or with those that do not.
     void SwitchRecording();
     void CarryOutTransparent();
-    /// Notes what the last draw of a shape, or the last command, added to the draws that wait.
-    void DeferInstances(PrimitiveBuffer const& p_buffer);
+    /// Lets the last instance of a shape, or the last command, be one of the draws that wait.
+    void DeferInstance(PrimitiveBuffer const& p_buffer);
     void DeferImmediate(Command const& p_command);
     Shader const* EffectiveShader() const { return (_boundShader ? _boundShader : _fixedFunction).get(); }
 
@@ -470,7 +474,6 @@ private:
     StateKey _key;
     bool _keyIsNew = true;
     StateMask _resolved = 0; ///< groups that were looked at since the last change of recordings
-    std::size_t _instanceLimit = MaxInstances; ///< what must be done about instances has to be done from this many on
     bool _isDeferring = false; ///< the list and the key are those of the draws that wait
     DeferredDraws _deferred; ///< or of the others, meanwhile
     std::uint32_t _transparencyScopes = 0;

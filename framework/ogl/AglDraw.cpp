@@ -240,6 +240,28 @@ inline void Agl::AppendVertex(
     vertex.color = p_color;
 }
 
+// Only quads have a provoking vertex that not all of their triangles end with.
+template <class Append>
+inline void Agl::ForEachPass(Token p_kind, Append const& p_append) {
+    if (!IsPolygonKind(p_kind)) {
+        p_append({FilledPipeline(p_kind), FaceBit::Both});
+        return;
+    }
+    bool const isQuad = p_kind == Tokens::AGL_QUADS || p_kind == Tokens::AGL_QUAD_STRIP;
+    bool const isFlatQuad = isQuad && _state.lightModel.shadeModel == Tokens::AGL_FLAT;
+    for (std::size_t i = 0; i < _passCount; ++i) {
+        PolygonPass pass = _passes[i];
+        if (isFlatQuad && IsFilled(pass.pipeline)) [[unlikely]] {
+            if (pass.pipeline == Pipeline::BackThenFront) {
+                p_append({Pipeline::FlatTriangles, FaceBit::Back});
+                pass.faces = FaceBit::Front;
+            }
+            pass.pipeline = Pipeline::FlatTriangles;
+        }
+        p_append(pass);
+    }
+}
+
 void Agl::End() {
     if (_depths.primitive == 0) {
         Error("End: there is no Begin that it belongs to; nothing is drawn.");
@@ -254,13 +276,7 @@ void Agl::End() {
     // What a vertex takes from the current values went into it already. A dashed pass appends copies of the vertices, which
     // are none of the primitive's.
     std::size_t const count = _list.vertices.size() - _primitive.firstVertex;
-    if (IsPolygonKind(_primitive.kind)) {
-        for (std::size_t i = 0; i < _passCount; ++i) {
-            AppendImmediate(PassFor(_primitive.kind, _passes[i]), count);
-        }
-    } else {
-        AppendImmediate({FilledPipeline(_primitive.kind), FaceBit::Both}, count);
-    }
+    ForEachPass(_primitive.kind, [&](PolygonPass const& p_pass) { AppendImmediate(p_pass, count); });
     FlushWhenFull();
 }
 
@@ -300,14 +316,8 @@ void Agl::AppendIndices(std::uint32_t p_first, Command p_command) {
     if (p_command.count == 0) {
         return;
     }
-    if (!_list.commands.empty() && !_isDeferring) {
-        Command& last = _list.commands.back();
-        if (last.kind == Command::Kind::Immediate && last.state == p_command.state && last.shader == p_command.shader &&
-            last.pipeline == p_command.pipeline && last.faces == p_command.faces &&
-            last.hasNormals == p_command.hasNormals && !last.hasColors && !p_command.hasColors) {
-            last.count += p_command.count;
-            return;
-        }
+    if (!_isDeferring && _list.Join(p_command)) {
+        return;
     }
     KeepShader();
     _list.commands.push_back(p_command);
@@ -422,16 +432,7 @@ void Agl::Draw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer) {
     if ((_dirty & ~UndrawnItems & ~unused) != 0 || _key.enables != _state.enables || _keyIsNew) {
         ResolveState(unused);
     }
-    if (IsPolygonKind(p_buffer->Kind())) {
-        for (std::size_t i = 0; i < _passCount; ++i) {
-            AppendDraw(p_buffer, PassFor(p_buffer->Kind(), _passes[i]));
-        }
-    } else {
-        AppendDraw(p_buffer, {FilledPipeline(p_buffer->Kind()), FaceBit::Both});
-    }
-    if (_list.instances.size() >= _instanceLimit) [[unlikely]] {
-        _isDeferring ? DeferInstances(*p_buffer) : Flush();
-    }
+    ForEachPass(p_buffer->Kind(), [&](PolygonPass const& p_pass) { AppendDraw(p_buffer, p_pass); });
     FlushWhenFull();
 }
 
@@ -442,42 +443,37 @@ void Agl::Draw() {
     Draw(_boundBuffer);
 }
 
-void Agl::AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass) {
+inline void Agl::AppendDraw(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, PolygonPass const& p_pass) {
     if (NeedsStippleCounts(p_buffer->Kind(), p_pass.pipeline)) [[unlikely]] {
-        if (_isDeferring) {
-            DeferInstances(*p_buffer); // those of the pass before
-        }
         AppendExpanded(*p_buffer, p_pass);
         ResolvePerspectiveRow(_modelView.back());
         ResolveState(0);
         return;
     }
-    auto const state = static_cast<std::uint32_t>(_list.states.size() - 1);
-    Shader const* const shader = EffectiveShader();
-    bool merged = false;
-    if (!_list.commands.empty()) {
-        Command& last = _list.commands.back();
-        merged = last.buffer == p_buffer.get() && last.state == state && last.shader == shader &&
-            last.kind == Command::Kind::Draw && last.pipeline == p_pass.pipeline && last.faces == p_pass.faces;
-        last.count += merged ? 1U : 0U;
-    }
-    if (!merged) {
-        Command command;
-        command.kind = Command::Kind::Draw;
-        command.pipeline = p_pass.pipeline;
-        command.faces = p_pass.faces;
-        command.hasNormals = p_buffer->Info().flags[AttributeInfo::Normal];
-        command.hasColors = p_buffer->Info().flags[AttributeInfo::Color];
-        command.state = state;
-        command.first = static_cast<std::uint32_t>(_list.instances.size());
-        command.count = 1;
-        command.buffer = p_buffer.get();
-        command.shader = shader;
-        _list.Keep(p_buffer);
-        KeepShader();
-        _list.commands.push_back(command);
+    Command command;
+    command.kind = Command::Kind::Draw;
+    command.pipeline = p_pass.pipeline;
+    command.faces = p_pass.faces;
+    command.state = static_cast<std::uint32_t>(_list.states.size() - 1);
+    command.first = static_cast<std::uint32_t>(_list.instances.size());
+    command.count = 1;
+    command.buffer = p_buffer.get();
+    command.shader = EffectiveShader();
+    if (!_list.Join(command)) {
+        AddShape(p_buffer, command);
     }
     AppendInstance(_modelView.back());
+    if (_isDeferring) [[unlikely]] {
+        DeferInstance(*p_buffer);
+    }
+}
+
+void Agl::AddShape(std::shared_ptr<PrimitiveBuffer const> const& p_buffer, Command p_command) {
+    p_command.hasNormals = p_buffer->Info().flags[AttributeInfo::Normal];
+    p_command.hasColors = p_buffer->Info().flags[AttributeInfo::Color];
+    _list.Keep(p_buffer);
+    KeepShader();
+    _list.commands.push_back(p_command);
 }
 
 void Agl::KeepShader() {
@@ -555,15 +551,6 @@ void Agl::ResolveState(StateMask p_unused) {
     _dirty = skipped;
 }
 
-// Only quads have a provoking vertex that not all of their triangles end with.
-inline Agl::PolygonPass Agl::PassFor(Token p_kind, PolygonPass p_pass) const {
-    bool const isQuad = p_kind == Tokens::AGL_QUADS || p_kind == Tokens::AGL_QUAD_STRIP;
-    if (isQuad && IsFilled(p_pass.pipeline) && _state.lightModel.shadeModel == Tokens::AGL_FLAT) {
-        p_pass.pipeline = Pipeline::FlatTriangles;
-    }
-    return p_pass;
-}
-
 void Agl::ResolvePolygonPasses() {
     std::uint8_t const visible = VisibleFaces(_state);
     Pipeline const front = PipelineOf(_state.polygon.frontMode);
@@ -600,7 +587,7 @@ void Agl::ResolveTextures() {
 }
 
 void Agl::FlushWhenFull() {
-    if ((_list.vertices.size() >= MaxVertices || _list.states.size() >= MaxStates) && !_isDeferring) [[unlikely]] {
+    if (IsFull() && !_isDeferring) [[unlikely]] {
         Flush();
     }
 }

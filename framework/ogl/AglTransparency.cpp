@@ -40,7 +40,6 @@ void Agl::SwitchRecording() {
     _dirty |= writtenMeanwhile | StateBit(StateItem::Polygon); // waiting draws draw the backs apart
     _resolved = 0;
     _isDeferring = !_isDeferring;
-    _instanceLimit = _isDeferring ? 0 : MaxInstances;
 }
 
 void Agl::CarryOutTransparent() {
@@ -62,18 +61,12 @@ void Agl::CarryOutTransparent() {
     _keyIsNew = true;
 }
 
-// A draw of two polygon modes adds a command for each of them.
-void Agl::DeferInstances(PrimitiveBuffer const& p_buffer) {
+void Agl::DeferInstance(PrimitiveBuffer const& p_buffer) {
     auto const center = p_buffer.Vertices()->Bounds().Center();
     double const* const m = _modelView.back().Data();
     double const depth = m[2] * center.x + m[6] * center.y + m[10] * center.z + m[14];
-    for (std::size_t instance = _deferred.AddedInstances(); instance < _list.instances.size(); ++instance) {
-        std::size_t command = _list.commands.size() - 1;
-        while (_list.commands[command].first > instance) {
-            --command;
-        }
-        _deferred.AddInstance(depth, static_cast<std::uint32_t>(command), static_cast<std::uint32_t>(instance));
-    }
+    _deferred.AddInstance(depth, static_cast<std::uint32_t>(_list.commands.size() - 1),
+        static_cast<std::uint32_t>(_list.instances.size() - 1));
 }
 
 void Agl::DeferImmediate(Command const& p_command) {
@@ -88,7 +81,6 @@ void Agl::DeferImmediate(Command const& p_command) {
     });
     _deferred.AddImmediate(
         (nearest + farthest) / 2 + _state.projection.origin[2], static_cast<std::uint32_t>(_list.commands.size() - 1));
-    _deferred.SkipInstances(_list.instances.size());
 }
 
 } // namespace Qor::Chart::Ogl

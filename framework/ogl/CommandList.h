@@ -55,6 +55,17 @@ struct Command {
     Shader const* shader = nullptr;
 };
 
+/// True when two draws, one after the other, may be carried out as one.
+inline bool CanJoin(Command const& p_first, Command const& p_second) {
+    bool const isAlike = p_first.buffer == p_second.buffer && p_first.state == p_second.state &&
+        p_first.shader == p_second.shader && p_first.kind == p_second.kind && p_first.pipeline == p_second.pipeline &&
+        p_first.faces == p_second.faces;
+    // Draws of one shape agree in what its vertices have. Immediate ones with colours name one instance for all vertices.
+    return isAlike &&
+        (p_first.kind == Command::Kind::Draw ||
+            (p_first.hasNormals == p_second.hasNormals && !p_first.hasColors && !p_second.hasColors));
+}
+
 /// Which version of each group is in force. Equal numbers mean equal groups.
 struct StateKey {
     /// The version of a group that no command of the list depends on.
@@ -77,6 +88,15 @@ public:
     std::vector<float> stippleStarts; ///< likewise: pixels that the line pattern has gone when a line starts there
     std::vector<std::uint32_t> indices; ///< into vertices
     std::vector<StateKey> states;
+
+    /// Lets a draw whose instances or indices follow those of the last command join it; false when it cannot.
+    bool Join(Command const& p_draw) {
+        if (commands.empty() || !CanJoin(commands.back(), p_draw)) {
+            return false;
+        }
+        commands.back().count += p_draw.count;
+        return true;
+    }
 
     /// Adds a version of a group and returns its number.
     std::uint32_t AddVersion(std::size_t p_item, State const& p_state) {

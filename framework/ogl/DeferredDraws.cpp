@@ -40,7 +40,6 @@ void DeferredDraws::Add(double p_depth, Draw const& p_draw) {
 
 void DeferredDraws::AddInstance(double p_depth, std::uint32_t p_command, std::uint32_t p_instance) {
     Add(p_depth, {p_command, p_instance});
-    _addedInstances = std::size_t(p_instance) + 1;
 }
 
 void DeferredDraws::AddImmediate(double p_depth, std::uint32_t p_command) {
@@ -76,36 +75,29 @@ void DeferredDraws::Sort() {
 
 void DeferredDraws::MoveTo(std::size_t p_place, CommandList& p_list) {
     Draw const& draw = _draws[static_cast<std::uint32_t>(_order[p_place])];
-    Command source = recording.list.commands[draw.command];
-    source.state = StateIn(p_list, source.state);
+    Command command = recording.list.commands[draw.command];
+    command.state = StateIn(p_list, command.state);
     if (draw.instance == Unknown) {
-        MoveImmediate(source, p_list);
+        MoveImmediate(command, p_list);
     } else {
-        MoveInstance(source, draw.instance, p_list);
+        MoveInstance(command, draw.instance, p_list);
     }
 }
 
-void DeferredDraws::MoveInstance(Command const& p_source, std::uint32_t p_instance, CommandList& p_list) {
-    bool isMerged = false;
-    if (!p_list.commands.empty()) {
-        Command& last = p_list.commands.back();
-        isMerged = last.buffer == p_source.buffer && last.state == p_source.state && last.shader == p_source.shader &&
-            last.kind == Command::Kind::Draw && last.pipeline == p_source.pipeline && last.faces == p_source.faces;
-        last.count += isMerged ? 1U : 0U;
-    }
-    if (!isMerged) {
-        Command& command = p_list.commands.emplace_back(p_source);
-        command.first = static_cast<std::uint32_t>(p_list.instances.size());
-        command.count = 1;
-    }
+void DeferredDraws::MoveInstance(Command p_command, std::uint32_t p_instance, CommandList& p_list) const {
+    p_command.first = static_cast<std::uint32_t>(p_list.instances.size());
+    p_command.count = 1;
     p_list.instances.push_back(recording.list.instances[p_instance]);
+    if (!p_list.Join(p_command)) {
+        p_list.commands.push_back(p_command);
+    }
 }
 
 // The vertices of a primitive stand together, and so do its indices.
-void DeferredDraws::MoveImmediate(Command const& p_source, CommandList& p_list) const {
+void DeferredDraws::MoveImmediate(Command p_command, CommandList& p_list) const {
     CommandList const& own = recording.list;
-    auto const first = own.indices.begin() + p_source.first;
-    auto const last = first + p_source.count;
+    auto const first = own.indices.begin() + p_command.first;
+    auto const last = first + p_command.count;
     auto const [lowest, highest] = std::minmax_element(first, last);
     std::size_t const from = *lowest;
     std::size_t const to = std::size_t(*highest) + 1;
@@ -113,24 +105,17 @@ void DeferredDraws::MoveImmediate(Command const& p_source, CommandList& p_list) 
     CopyRange(own.vertices, from, to, size, p_list.vertices);
     CopyRange(own.texCoords, from, to, size, p_list.texCoords);
     CopyRange(own.stippleStarts, from, to, size, p_list.stippleStarts);
-    Command command = p_source;
-    command.first = static_cast<std::uint32_t>(p_list.indices.size());
+    p_command.first = static_cast<std::uint32_t>(p_list.indices.size());
     for (auto index = first; index != last; ++index) {
         p_list.indices.push_back(static_cast<std::uint32_t>(*index - from + size));
     }
-    if (command.hasColors) {
-        command.colorInstance = static_cast<std::uint32_t>(p_list.instances.size());
-        p_list.instances.push_back(own.instances[p_source.colorInstance]);
-    } else if (!p_list.commands.empty()) {
-        Command& before = p_list.commands.back();
-        if (before.kind == Command::Kind::Immediate && before.state == command.state &&
-            before.shader == command.shader && before.pipeline == command.pipeline && before.faces == command.faces &&
-            before.hasNormals == command.hasNormals && !before.hasColors) {
-            before.count += command.count;
-            return;
-        }
+    if (p_command.hasColors) {
+        p_list.instances.push_back(own.instances[p_command.colorInstance]);
+        p_command.colorInstance = static_cast<std::uint32_t>(p_list.instances.size() - 1);
     }
-    p_list.commands.push_back(command);
+    if (!p_list.Join(p_command)) {
+        p_list.commands.push_back(p_command);
+    }
 }
 
 std::uint32_t DeferredDraws::StateIn(CommandList& p_list, std::uint32_t p_state) {
@@ -182,7 +167,6 @@ void DeferredDraws::Clear(CommandList& p_list) {
     recording.dirty = Recording::AllGroups;
     _draws.clear();
     _order.clear();
-    _addedInstances = 0;
 }
 
 } // namespace Qor::Chart::Ogl

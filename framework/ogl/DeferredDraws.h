@@ -30,9 +30,6 @@ public:
 
     bool IsEmpty() const { return _draws.empty(); }
     std::size_t Count() const { return _draws.size(); }
-    /// How many instances of the recording belong to draws that were added.
-    std::size_t AddedInstances() const { return _addedInstances; }
-    void SkipInstances(std::size_t p_upTo) { _addedInstances = p_upTo; }
 
     /// Adds a draw: one instance of a command, or the whole of an immediate one.
     /// @param p_depth  z in eye coordinates: the smaller, the farther
@@ -58,14 +55,13 @@ private:
     void Add(double p_depth, Draw const& p_draw);
     std::uint32_t StateIn(CommandList& p_list, std::uint32_t p_state);
     std::uint32_t VersionIn(CommandList& p_list, std::size_t p_item, std::uint32_t p_version);
-    void MoveInstance(Command const& p_source, std::uint32_t p_instance, CommandList& p_list);
-    void MoveImmediate(Command const& p_source, CommandList& p_list) const;
+    void MoveInstance(Command p_command, std::uint32_t p_instance, CommandList& p_list) const;
+    void MoveImmediate(Command p_command, CommandList& p_list) const;
 
     std::vector<Draw> _draws;
     std::vector<std::uint64_t>
         _order; ///< depth in the upper half, so that smaller ones are farther; number of the draw
     std::vector<std::uint64_t> _scratch;
-    std::size_t _addedInstances = 0;
     std::vector<std::uint32_t> _states; ///< where the recording's states are in the list, and the versions of groups
     std::array<std::vector<std::uint32_t>, StateItem::Count> _versions;
 };

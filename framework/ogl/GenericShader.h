@@ -32,7 +32,7 @@ public:
         AlphaMode alphaMode = AlphaMode::Automatic;
         float alphaCutoff = 0.5F;
         std::bitset<2> textures; ///< units whose texture is to be seen
-        std::bitset<2> translucentTextures; ///< those of them that let something through
+        std::bitset<2> translucentTextures; ///< those of them that are not opaque everywhere
         bool hidesVertexColors = false;
         std::optional<Types::Color4f> color; ///< of what names none
 

@@ -54,11 +54,11 @@ void TextBlock::Take(Text& p_text) {
 void TextBlock::Append(Text const& p_text, Text::Quad const& p_quad) {
     GlyphAtlas& atlas = *p_text._atlas;
     auto page = std::find_if(_pages.begin(), _pages.end(), [&](Page const& p_page) {
-        return p_page.atlas == &atlas && p_page.generation == atlas.Generation() && p_page.number == p_quad.page &&
-            p_page.shape == nullptr;
+        return p_page.atlas == p_text._atlas && p_page.generation == atlas.Generation() &&
+            p_page.number == p_quad.page && p_page.shape == nullptr;
     });
     if (page == _pages.end()) {
-        page = _pages.insert(_pages.end(), Page{&atlas, atlas.Generation(), p_quad.page, {}, {}, {}});
+        page = _pages.insert(_pages.end(), Page{p_text._atlas, atlas.Generation(), p_quad.page, {}, {}, {}});
     }
     page->texture = atlas.Page(p_quad.page);
     std::shared_ptr<Texture const> const& texture = page->texture;

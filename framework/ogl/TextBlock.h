@@ -37,7 +37,7 @@ public:
 private:
     /// What is drawn with one texture.
     struct Page {
-        GlyphAtlas const* atlas = nullptr; ///< only to compare, with the next two
+        std::shared_ptr<GlyphAtlas const> atlas; ///< where the glyphs are found, with the next two
         std::size_t generation = 0;
         std::size_t number = 0;
         std::shared_ptr<Texture const> texture; ///< with all glyphs that were needed so far

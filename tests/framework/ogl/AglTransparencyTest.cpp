@@ -157,24 +157,31 @@ TEST(AglTransparency, facesOfTwoModesAllComeOutAndOnlyThoseThatWaitShowTheirBack
         TransparencyScope const scope(&agl);
         agl.Enable(AGL_TRANSPARENCY);
         agl.Draw(square);
-        PushAttribScope const saved(agl, AGL_POLYGON_BIT | AGL_ENABLE_BIT);
+        PushAttribScope const saved(agl, AGL_POLYGON_BIT | AGL_ENABLE_BIT | AGL_LIGHTING_BIT);
         agl.PolygonMode(AGL_BACK, AGL_LINE);
         agl.Enable(AGL_LINE_STIPPLE);
         agl.LineStipple(1, 0x0F0F);
         agl.LoadMatrix(Types::Matrix4::Translation({0, 0, 5}));
         agl.Draw(square);
+        agl.PolygonMode(AGL_FRONT_AND_BACK, AGL_FILL);
+        agl.ShadeModel(AGL_FLAT);
+        agl.LoadMatrix(Types::Matrix4::Translation({0, 0, 6}));
+        agl.Draw(square);
     }
     agl.Disable(AGL_TRANSPARENCY);
     agl.Draw(square);
     auto const commands = recorded.Take();
-    ASSERT_EQ(commands.size(), 4U);
+    ASSERT_EQ(commands.size(), 6U);
     EXPECT_EQ(commands[0].pipeline, Pipeline::BackThenFront);
     EXPECT_EQ(commands[1].pipeline, Pipeline::Triangles);
     EXPECT_EQ(commands[1].faces, FaceBit::Front);
     EXPECT_EQ(commands[2].faces, FaceBit::Back);
     EXPECT_FALSE(commands[2].vertices.empty()) << "dashes along the square";
-    EXPECT_EQ(commands[3].pipeline, Pipeline::Triangles);
-    EXPECT_EQ(commands[3].faces, FaceBit::Both);
+    EXPECT_EQ(commands[3].pipeline, Pipeline::FlatTriangles);
+    EXPECT_EQ(commands[3].faces, FaceBit::Back);
+    EXPECT_EQ(commands[4].faces, FaceBit::Front);
+    EXPECT_EQ(commands[5].pipeline, Pipeline::Triangles);
+    EXPECT_EQ(commands[5].faces, FaceBit::Both);
 }
 
 TEST(AglTransparency, whatWaitsKeepsItsResourcesAndAFrameEndsIt) {
