@@ -1,7 +1,6 @@
 #include "framework/library/MaterialReader.h"
 
 #include "framework/library/GltfCheck.h"
-#include "framework/utility/Logger.h"
 
 #include <QBuffer>
 #include <QByteArray>
@@ -141,14 +140,15 @@ Color4f MaterialReader::ColorOf(aiMaterial const& p_material, bool p_textured) c
     return Shown(color);
 }
 
+/// Formats that say nothing of alpha say nothing of sides either: what the importer gives for them is a default.
 void MaterialReader::ReadAlpha(aiMaterial const& p_material, Material& p_result) const {
     MeshFile::Surface& surface = p_result.surface;
-    int twoSided = 1;
-    surface.isOneSided = p_material.Get(AI_MATKEY_TWOSIDED, twoSided) == aiReturn_SUCCESS && twoSided == 0;
     aiString mode;
     if (p_material.Get(AI_MATKEY_GLTF_ALPHAMODE, mode) != aiReturn_SUCCESS) {
         return;
     }
+    int twoSided = 1;
+    surface.isOneSided = p_material.Get(AI_MATKEY_TWOSIDED, twoSided) == aiReturn_SUCCESS && twoSided == 0;
     float cutoff = surface.alphaCutoff;
     p_material.Get(AI_MATKEY_GLTF_ALPHACUTOFF, cutoff);
     surface.alphaCutoff = Channel(cutoff);
@@ -173,10 +173,7 @@ void MaterialReader::ReadTexture(aiMaterial const& p_material, Material& p_resul
     p_result.transform = TransformOf(p_material, type);
     p_result.surface.sampling = SamplingOf(p_material, type);
     ReadImage(reference.C_Str(), p_result);
-    if (p_result.surface.texture.empty()) {
-        Utility::GetLogger().warning("The model file \"" + _path.string() + "\" gives its material \"" + p_result.name +
-            "\" a texture without an image; it is shown without a texture.");
-    }
+    p_result.lacksImage = p_result.surface.texture.empty();
 }
 
 void MaterialReader::ReadImage(std::string const& p_reference, Material& p_result) const {

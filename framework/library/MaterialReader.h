@@ -34,11 +34,12 @@ public:
         std::size_t coordinates = 0; ///< which of a mesh's sets of texture coordinates the texture is laid out with
         TextureTransform transform;
         std::optional<std::size_t> image; ///< the image in the file that the texture shows
+        bool lacksImage = false; ///< there is a texture, but nothing that it shows; it was left out
     };
 
     MaterialReader(qorfile::filepath const& p_path, aiScene const& p_scene);
 
-    /// A texture that cannot be had is left out, with a warning.
+    /// Image files are named whether they exist or not.
     Material Read(aiMaterial const& p_material) const;
 
     /// A colour as it is to be shown, whatever the file keeps.

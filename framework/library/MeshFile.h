@@ -95,8 +95,9 @@ public:
     /// Primitives that were left out because they had infinite positions or indices out of range.
     std::size_t DroppedPrimitives() const { return _droppedPrimitives; }
 
-    /// One mesh, in its own coordinates. Whoever holds its buffers holds the whole file. Throws `ModelFileError` for a number
-    /// that no mesh has, and for a mesh of which nothing could be used.
+    /// One mesh, in its own coordinates. Whoever holds its buffers holds the whole file with all its meshes and the bytes of
+    /// its images, so that what else is asked for needs no reading. Throws `ModelFileError` for a number that no mesh has,
+    /// and for a mesh of which nothing could be used.
     Symbol MeshSymbol(std::size_t p_number) const;
 
     /// All meshes in all their places as one, with the materials' colours as colours of the vertices. A file with triangles

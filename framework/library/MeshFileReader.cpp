@@ -224,6 +224,11 @@ void MeshFileReader::WarnOfWhatIsMissing() const {
             std::to_string(_file._droppedPrimitives) +
             " primitives with infinite positions or with indices of no vertex; they are left out.");
     }
+    auto const withoutImage = std::ranges::count_if(_materials, &MaterialReader::Material::lacksImage);
+    if (withoutImage != 0) {
+        Utility::GetLogger().warning("The model file \"" + _path.string() + "\" has " + std::to_string(withoutImage) +
+            " materials with a texture that shows no image; they are shown without a texture.");
+    }
     if (_withoutCoordinates != 0) {
         Utility::GetLogger().warning("The model file \"" + _path.string() + "\" has textures for " +
             std::to_string(_withoutCoordinates) +

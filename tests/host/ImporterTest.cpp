@@ -123,6 +123,11 @@ TEST_F(ImporterTest, texturedAndTransparentMaterialsBecomeStyles) {
         EXPECT_EQ(color.alpha(), 255) << "the style's opacity must not count twice";
         EXPECT_EQ(color == QColor(Qt::white), !texture.empty());
     }
+    Importer::Result const leaf = importer.Import(Root + "tests/data/models/leaf.dae");
+    auto const style = Core::DynamicCast<Style>(*(*leaf.root->begin())->begin());
+    ASSERT_TRUE(style);
+    EXPECT_THAT(style->Texture(), testing::EndsWith("four quarters.png"));
+    EXPECT_EQ(style->GetCulling(), Style::Culling::None) << "the format says nothing of sides";
 }
 
 TEST_F(ImporterTest, texturesStandUprightAndBrokenOnesAreOneWarningEach) {
@@ -164,15 +169,7 @@ TEST_F(ImporterTest, texturesStandUprightAndBrokenOnesAreOneWarningEach) {
     }
 }
 
-TEST_F(ImporterTest, badFilesAndStoppedImportsAreOneSentence) {
-    for (char const* const file : {"missing.glb", "README.md", ""}) {
-        try {
-            importer.Import(file);
-            ADD_FAILURE() << file;
-        } catch (Library::ModelFileError const& error) {
-            EXPECT_THAT(error.what(), testing::HasSubstr(file));
-        }
-    }
+TEST_F(ImporterTest, importsCanBeStopped) {
     EXPECT_THROW(
         importer.Import(Root + "examples/data/demo.glb", [](double) { return false; }), Library::ModelFileError);
 }

@@ -203,6 +203,34 @@ def obj():
     text("empty.obj", "")
 
 
+LEAF = """<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
+<library_images><image id="i"><init_from>four%20quarters.png</init_from></image></library_images>
+<library_effects><effect id="e"><profile_COMMON>
+<newparam sid="s"><surface type="2D"><init_from>i</init_from></surface></newparam>
+<newparam sid="t"><sampler2D><source>s</source></sampler2D></newparam>
+<technique sid="c"><lambert><diffuse><texture texture="t" texcoord="UV"/></diffuse></lambert></technique>
+</profile_COMMON></effect></library_effects>
+<library_materials><material id="m" name="leaf"><instance_effect url="#e"/></material></library_materials>
+<library_geometries><geometry id="g"><mesh>
+<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array><technique_common>
+<accessor source="#pa" count="3" stride="3">
+<param name="X" type="float"/><param name="Y" type="float"/><param name="Z" type="float"/></accessor>
+</technique_common></source>
+<source id="u"><float_array id="ua" count="6">0 0 1 0 0 1</float_array><technique_common>
+<accessor source="#ua" count="3" stride="2"><param name="S" type="float"/><param name="T" type="float"/></accessor>
+</technique_common></source>
+<vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="1" material="m"><input semantic="VERTEX" source="#v" offset="0"/>
+<input semantic="TEXCOORD" source="#u" offset="0" set="0"/><p>0 1 2</p></triangles>
+</mesh></geometry></library_geometries>
+<library_visual_scenes><visual_scene id="w"><node name="leaf"><instance_geometry url="#g"><bind_material>
+<technique_common><instance_material symbol="m" target="#m"/></technique_common>
+</bind_material></instance_geometry></node></visual_scene></library_visual_scenes>
+<scene><instance_visual_scene url="#w"/></scene>
+</COLLADA>
+"""
+
+
 def main():
     document, binary = scene()
     whole = glb(document, binary)
@@ -222,6 +250,7 @@ def main():
     path.write_text(path.read_text().replace("vertex 4", "vertex 4000000000"))
     obj()
     stl()
+    text("leaf.dae", LEAF)
 
 
 if __name__ == "__main__":
