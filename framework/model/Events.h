@@ -94,7 +94,7 @@ public:
     SelectionChangedArgs(Core::WeakPtr<ModelNode> p_node, Entries p_added, Entries p_removed) noexcept;
     ~SelectionChangedArgs() override;
 
-    /// In the order in which they stand in the list now.
+    /// In the order in which they stood in the list after this change.
     Entries const& Added() const noexcept { return _added; }
     /// In the order in which they stood in the list; nodes that are gone are among them, as expired handles.
     Entries const& Removed() const noexcept { return _removed; }

@@ -4,16 +4,6 @@
 
 namespace Qor::Chart::Model {
 
-namespace {
-
-std::string CheckSide(double const& p_side) {
-    return p_side >= 0 && p_side <= ImageButton::LargestSide
-        ? std::string()
-        : "give a number of pixels from 0, which is as large as needed, to 4096.";
-}
-
-} // namespace
-
 Property<ImageButton, bool> const ImageButton::CheckableProperty(
     Field<&ImageButton::_checkable>, {1, "checkable", "Whether a click checks and unchecks the action."}, false);
 
@@ -26,10 +16,10 @@ Property<ImageButton, Types::YPosition> const ImageButton::YPositionProperty(Fie
     Detail::CheckPosition<Types::YPosition>);
 
 Property<ImageButton, double> const ImageButton::WidthProperty(Field<&ImageButton::_width>,
-    {4, "width", "How wide the button is, in pixels; 0 is as wide as needed."}, 0, CheckSide);
+    {4, "width", "How wide the button is, in pixels; 0 is as wide as needed."}, 0, Detail::CheckSide);
 
 Property<ImageButton, double> const ImageButton::HeightProperty(Field<&ImageButton::_height>,
-    {5, "height", "How high the button is, in pixels; 0 is as high as needed."}, 0, CheckSide);
+    {5, "height", "How high the button is, in pixels; 0 is as high as needed."}, 0, Detail::CheckSide);
 
 PropertyList const& ImageButton::ClassProperties() {
     static PropertyList const properties(ModelNode::ClassProperties(),

@@ -27,9 +27,6 @@ public:
     static Property<ImageButton, double> const HeightProperty;
     static PropertyList const& ClassProperties();
 
-    /// No button is larger, in logical pixels.
-    static constexpr double LargestSide = 4096;
-
     /// With an action of its own.
     ImageButton();
     /// @param p_name   of the node and its action
@@ -51,7 +48,7 @@ public:
     Types::YPosition const& GetYPosition() const noexcept { return _y; }
     bool SetYPosition(Types::YPosition const& p_position) { return YPositionProperty.Set(*this, p_position); }
 
-    /// In logical pixels; 0 is what the image or the label needs. What is no number between 0 and `LargestSide` is
+    /// In logical pixels; 0 is what the image or the label needs. What is no number between 0 and 4096 is
     /// refused with a message to the logger.
     double Width() const noexcept { return _width; }
     bool SetWidth(double p_width) { return WidthProperty.Set(*this, p_width); }

@@ -59,6 +59,12 @@ Property<LegendEntry, std::wstring> const LegendEntry::UnitProperty(
 Property<LegendEntry, bool> const LegendEntry::ClickTogglesProperty(Field<&LegendEntry::_clickToggles>,
     {11, "clickToggles", "Whether a click shows and hides the target, if the legend allows it too."}, true);
 
+bool LegendEntry::SetRange(double p_first, double p_last) {
+    if (std::isfinite(p_last))
+        return RangeFirstProperty.Set(*this, p_first) && RangeLastProperty.Set(*this, p_last);
+    return RangeLastProperty.Set(*this, p_last); // refused
+}
+
 PropertyList const& LegendEntry::ClassProperties() {
     static PropertyList const properties(ModelNode::ClassProperties(),
         {&TextProperty, &SwatchProperty, &ColorProperty, &ColorMapProperty, &RangeFirstProperty, &RangeLastProperty,

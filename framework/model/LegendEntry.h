@@ -60,13 +60,11 @@ public:
     /// The name of a `Library::ColorMap`.
     std::string const& ColorMap() const noexcept { return _colorMap; }
     void SetColorMap(std::string p_name) { ColorMapProperty.Set(*this, std::move(p_name)); }
-    /// The values of the first and the last colour, in the entry's unit. One that is not finite is refused with a
-    /// message to the logger.
+    /// The values of the first and the last colour, in the entry's unit. Values that are not both finite are refused
+    /// with a message to the logger.
     double RangeFirst() const noexcept { return _rangeFirst; }
     double RangeLast() const noexcept { return _rangeLast; }
-    bool SetRange(double p_first, double p_last) {
-        return RangeFirstProperty.Set(*this, p_first) && RangeLastProperty.Set(*this, p_last);
-    }
+    bool SetRange(double p_first, double p_last);
     /// Whether equal ratios of values get equal lengths; both ends of the range must be greater than 0 then.
     bool IsLogarithmic() const noexcept { return _logarithmic; }
     void SetLogarithmic(bool p_logarithmic) { LogarithmicProperty.Set(*this, p_logarithmic); }

@@ -63,7 +63,8 @@ Property<RenderStyle, QColor> const RenderStyle::TextColorProperty(Field<&Render
     {5, "textColor", "The colour of labels and titles."}, QColor(0, 0, 0), Detail::CheckColor);
 
 Property<RenderStyle, QColor> const RenderStyle::HighlightColorProperty(Field<&RenderStyle::_highlightColor>,
-    {6, "highlightColor", "The colour of what the pointer is over."}, QColor(255, 160, 0), Detail::CheckColor);
+    {6, "highlightColor", "The colour of buttons, fields and grips that the pointer is over."}, QColor(255, 160, 0),
+    Detail::CheckColor);
 
 Property<RenderStyle, QColor> const RenderStyle::SelectionColorProperty(Field<&RenderStyle::_selectionColor>,
     {7, "selectionColor", "The colour of what is selected."}, QColor(0, 110, 220), Detail::CheckColor);

@@ -8,12 +8,6 @@ namespace Qor::Chart::Model {
 
 namespace {
 
-std::string CheckSide(double const& p_side) {
-    return p_side >= 0 && p_side <= TextBox::LargestSide
-        ? std::string()
-        : "give a number of pixels from 0, which is as large as needed, to 4096.";
-}
-
 std::string CheckLength(int const& p_length) {
     return p_length >= 0 ? std::string() : "a length is not negative; give a number of characters, or 0 for no limit.";
 }
@@ -46,11 +40,11 @@ Property<TextBox, Types::YPosition> const TextBox::YPositionProperty(Field<&Text
     {8, "y", "How far the box lies from the lower or upper side of its pane."}, Types::YPosition(),
     Detail::CheckPosition<Types::YPosition>);
 
-Property<TextBox, double> const TextBox::WidthProperty(
-    Field<&TextBox::_width>, {9, "width", "How wide the box is, in pixels; 0 is as wide as needed."}, 0, CheckSide);
+Property<TextBox, double> const TextBox::WidthProperty(Field<&TextBox::_width>,
+    {9, "width", "How wide the box is, in pixels; 0 is as wide as needed."}, 0, Detail::CheckSide);
 
-Property<TextBox, double> const TextBox::HeightProperty(
-    Field<&TextBox::_height>, {10, "height", "How high the box is, in pixels; 0 is as high as needed."}, 0, CheckSide);
+Property<TextBox, double> const TextBox::HeightProperty(Field<&TextBox::_height>,
+    {10, "height", "How high the box is, in pixels; 0 is as high as needed."}, 0, Detail::CheckSide);
 
 PropertyList const& TextBox::ClassProperties() {
     static PropertyList const properties(ModelNode::ClassProperties(),

@@ -35,9 +35,6 @@ public:
     static Property<TextBox, double> const HeightProperty;
     static PropertyList const& ClassProperties();
 
-    /// No box is larger, in logical pixels.
-    static constexpr double LargestSide = 4096;
-
     TextBox() = default;
     explicit TextBox(std::wstring p_text, Mode p_mode = Mode::Label);
 
@@ -73,7 +70,7 @@ public:
     bool SetYPosition(Types::YPosition const& p_position) { return YPositionProperty.Set(*this, p_position); }
 
     /// In logical pixels; 0 is what the text of a label needs, and a usual size for a field. What is no number between
-    /// 0 and `LargestSide` is refused with a message to the logger.
+    /// 0 and 4096 is refused with a message to the logger.
     double Width() const noexcept { return _width; }
     bool SetWidth(double p_width) { return WidthProperty.Set(*this, p_width); }
     double Height() const noexcept { return _height; }

@@ -33,7 +33,7 @@ public:
         ModifierControl = 2,
         ModifierShift = 4,
     };
-    /// Values of `key` that nodes know; a letter or a digit has the code of its capital.
+    /// Values of `key` that nodes know; a letter has the code of its capital, a digit its own.
     enum KeyCode : int {
         KeyNone = 0, ///< text alone, as an input method gives it
         KeyBackspace = 8,

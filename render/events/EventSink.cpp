@@ -9,7 +9,10 @@ PopOutHost::~PopOutHost() = default;
 EventSink::~EventSink() = default;
 TextInputHost::~TextInputHost() = default;
 
-void EventSink::TakeFocus(Core::WeakPtr<Vis> const&, std::function<void(FocusChange)> const&) {}
+void EventSink::TakeFocus(Core::WeakPtr<Vis> const&, std::function<void(FocusChange)> const& p_changed) {
+    if (p_changed)
+        p_changed(FocusChange::Lost);
+}
 
 void EventSink::LeaveFocus(Core::WeakPtr<Vis> const&) {}
 

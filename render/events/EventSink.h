@@ -62,7 +62,7 @@ public:
     /// Null where the host has no windows to open.
     virtual PopOutHost* GetPopOutHost() = 0;
 
-    // A host without keys does nothing here.
+    // A host without keys does nothing here; who takes the focus loses it at once.
 
     /// From now on keys and text go to a node first, wherever the pointer is. Who had them before is told. For a node
     /// that has them already nothing happens.

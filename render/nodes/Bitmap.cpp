@@ -47,10 +47,9 @@ void Bitmap::WatchModel() {
 
 /// What changed counts as taken up at the very end, so that an update that ends halfway is made up for.
 NodeStatus Bitmap::DoUpdate(UpdateContext const& p_context) {
-    if (_watchers.Empty() || _watchers.Modified())
-        WatchModel();
-    if (!_watchers.Modified())
+    if (!_watchers.Empty() && !_watchers.Modified())
         return _status;
+    WatchModel();
     Core::Ptr<Model::Bitmap> const model = _model.Lock();
     if (!model)
         return NodeStatusInvalid;

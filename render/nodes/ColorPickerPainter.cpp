@@ -194,7 +194,6 @@ void ColorPickerPainter::MakeImages(DrawContext const& p_context) {
     float const ratio = Shapes::PixelRatio(p_context);
     if (ratio == _ratio)
         return;
-    _ratio = ratio;
     Agl agl(p_context.Graphics());
     Ogl::TextureSampling repeated = Library::Texture::Exact;
     repeated.wrapS = AGL_REPEAT;
@@ -202,6 +201,7 @@ void ColorPickerPainter::MakeImages(DrawContext const& p_context) {
     if (!_checks)
         _checks.emplace(Checks(), agl, "checks", repeated);
     _ring.emplace(Ring(ratio), agl, "ring", Library::Texture::Exact);
+    _ratio = ratio;
 }
 
 void ColorPickerPainter::Draw(

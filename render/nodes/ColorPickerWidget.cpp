@@ -59,7 +59,9 @@ std::vector<QColor> Kept(std::vector<QColor> const& p_colors) {
 } // namespace
 
 ColorPickerWidget::ColorPickerWidget() : _opacity(TextureWidget::FadeCriteria()) {
-    _text.SetMode(TextWidget::Mode::Editable).SetCentered(true).SetMaxLength(LongestText);
+    _text.SetMode(TextWidget::Mode::Editable).SetCentered(true).SetMaxLength(LongestText).SetChanged([this] {
+        _isTextRefused = false;
+    });
     ShowColorAsText();
 }
 
@@ -432,16 +434,11 @@ bool ColorPickerWidget::KeyInText(EventInformation& p_event) {
         EnterText();
         return true;
     }
-    bool const isEdited = _text.Text() != WrittenColor();
-    if (p_event.key == Info::KeyEscape && isEdited) {
+    if (p_event.key == Info::KeyEscape && _text.Text() != WrittenColor()) {
         ShowColorAsText();
         return true;
     }
-    std::wstring const before = _text.Text();
-    bool const isUsed = _text.Key(p_event);
-    if (_text.Text() != before)
-        _isTextRefused = false;
-    return isUsed;
+    return _text.Key(p_event);
 }
 
 void ColorPickerWidget::EnterText() {

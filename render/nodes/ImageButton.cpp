@@ -8,23 +8,15 @@
 #include "render/context/DrawContext.h"
 #include "render/context/SceneCapabilities.h"
 #include "render/context/UpdateContext.h"
-#include "framework/assets/Resource.h"
 #include "framework/ogl/Agl.h"
 #include "framework/ogl/Text.h"
 #include "framework/utility/Scoped.h"
-
-#include <algorithm>
 
 namespace Qor::Chart::Render {
 
 namespace {
 
 using Agl = Utility::Scoped<Ogl::Agl>;
-
-/// The side that is asked for, or else the one that is needed.
-int SideOf(double p_asked, int p_needed, float p_pixelRatio) {
-    return p_asked > 0 ? static_cast<int>(ToolbarLayout::Scaled(static_cast<float>(p_asked), p_pixelRatio)) : p_needed;
-}
 
 } // namespace
 
@@ -67,9 +59,8 @@ std::optional<WidgetNode::Placement> ImageButton::Placed(DrawContext const& p_co
     Core::Ptr<Model::ImageButton> const model = _button.Lock();
     if (!model || !model->IsVisible())
         return std::nullopt;
-    float const ratio = OverlayShapes::PixelRatio(p_context);
-    Types::Size const needed = _widget.PreferredSize(p_context);
-    Types::Size const size(SideOf(model->Width(), needed.width, ratio), SideOf(model->Height(), needed.height, ratio));
+    Types::Size const size =
+        SizeOf(model->Width(), model->Height(), p_context, [&](int) { return _widget.PreferredSize(p_context); });
     return Placement{model->GetXPosition(), model->GetYPosition(), size};
 }
 
@@ -78,16 +69,9 @@ DrawResult ImageButton::DoHighlightOverlay(DrawContext const& p_context) {
     if (!_tip.IsShown() || _widget.ToolTip().empty() || !_widget.Has(Widget::FlagShown))
         return DrawResultDescend;
     Agl agl(p_context.Graphics());
-    if (!_text) {
-        Types::Schema const& schema = p_context.Schema().Top();
-        _text = agl->GenFont(
-            p_context.Resource().FontSet(schema.fontFamily), static_cast<float>(std::max(schema.fontSize, 1)));
-        _text->SetHorizontalAlignment(Ogl::HorizontalAlignment::Center);
-        _text->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
-    }
     Types::Viewport<0> const& viewport = p_context.Viewport().Top();
     PixelScope const pixels(agl, viewport);
-    ToolbarPainter const painter(p_context, *_text);
+    ToolbarPainter const painter(p_context, _font);
     ToolbarLayout bar;
     bar.bar = _widget.Rectangle();
     bar.buttons = {bar.bar};

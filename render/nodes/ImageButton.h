@@ -3,6 +3,7 @@
 #include "framework/core/Reference.h"
 #include "framework/model/ImageButton.h"
 #include "render/Export.h"
+#include "render/nodes/SchemaFont.h"
 #include "render/nodes/TextureWidget.h"
 #include "render/nodes/ToolTip.h"
 #include "render/nodes/ToolbarButton.h"
@@ -10,10 +11,6 @@
 
 #include <memory>
 #include <optional>
-
-namespace Qor::Chart::Ogl {
-class Text;
-}
 
 namespace Qor::Chart::Render {
 
@@ -48,7 +45,7 @@ private:
     TextureWidget _widget;
     ToolbarButton _shown; ///< of the action, as of the last update
     ToolTip _tip;
-    std::shared_ptr<Ogl::Text> _text; ///< of tips; null until the first one
+    SchemaFont _font; ///< of tips
 };
 
 } // namespace Qor::Chart::Render

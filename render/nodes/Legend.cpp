@@ -4,6 +4,7 @@
 #include "render/nodes/LegendPainter.h"
 #include "render/nodes/LegendRow.h"
 #include "render/nodes/PixelScope.h"
+#include "render/nodes/ShortText.h"
 #include "render/events/EventInformation.h"
 #include "render/events/EventSink.h"
 #include "render/pick/HitRecord.h"
@@ -82,7 +83,6 @@ bool IsInSameTree(Core::NodePath const& p_a, Core::NodePath const& p_b) {
 struct Legend::Sheet {
     LegendPainter painter;
     LegendPainter::Page page;
-    std::vector<bool> dimmed; ///< how the items were when they were prepared
     float widest = 0; ///< of the rows measured so far
 };
 
@@ -268,22 +268,18 @@ bool Legend::TakeSettings(DrawContext const& p_context, Model::Legend const& p_m
     bool const isSame = pane == _settings.pane && reserved == _settings.reserved &&
         p_model.IsAutomaticallyPlaced() == _settings.isAutomatic && p_model.GetXPosition() == _settings.x &&
         p_model.GetYPosition() == _settings.y && p_model.Columns() == _settings.columns &&
-        LegendRow::IsShortened(_settings.title, p_model.Title());
+        ShortText::IsOf(_settings.title, p_model.Title());
     if (isSame)
         return false;
-    _settings = {pane, reserved, LegendRow::Shortened(p_model.Title()), p_model.IsAutomaticallyPlaced(),
+    _settings = {pane, reserved, ShortText::Of(p_model.Title()), p_model.IsAutomaticallyPlaced(),
         p_model.GetXPosition(), p_model.GetYPosition(), p_model.Columns(), _settings.first};
     return true;
 }
 
 /// A target that goes tells nobody, nor does what is above it when it is hidden.
 bool Legend::IsDimmingDue() const {
-    std::vector<LegendPainter::Item> const& items = _sheet->page.items;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (items[i].row->IsDimmed() != _sheet->dimmed[i])
-            return true;
-    }
-    return false;
+    return std::ranges::any_of(_sheet->page.items,
+        [](LegendPainter::Item const& p_item) { return p_item.row->IsDimmed() != p_item.isDimmed; });
 }
 
 void Legend::MeasureLongest() {
@@ -308,11 +304,9 @@ void Legend::LayOut(DrawContext const& p_context) {
         request.rowWidth = widest;
         page.layout = LegendLayout(request);
         page.items.clear();
-        _sheet->dimmed.clear();
         for (LegendLayout::Cell const& cell : page.layout.cells) {
             LegendRow const& row = *_slots[_shown[cell.row]].row;
-            page.items.push_back({&row, cell.place});
-            _sheet->dimmed.push_back(row.IsDimmed());
+            page.items.push_back({&row, cell.place, row.IsDimmed()});
             _sheet->widest = std::max(_sheet->widest, painter.WidthOf(row));
         }
         isMeasured = !(_sheet->widest > widest);

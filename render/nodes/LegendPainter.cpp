@@ -4,7 +4,6 @@
 #include "render/nodes/OverlayShapes.h"
 #include "render/nodes/ToolbarLayout.h"
 #include "render/context/DrawContext.h"
-#include "framework/assets/Resource.h"
 #include "framework/library/PlainState.h"
 #include "framework/library/TexturedQuad.h"
 #include "framework/ogl/Agl.h"
@@ -119,21 +118,15 @@ bool LegendPainter::TakeStyle(DrawContext const& p_context) {
     Types::Schema const& schema = p_context.Schema().Top();
     Types::NiceIntervals::NumberFormat const& format = p_context.NumberFormat().Top();
     float const ratio = OverlayShapes::PixelRatio(p_context);
-    if (_text && schema == _schema && format == _format && ratio == _ratio)
+    if (_font && schema == _schema && format == _format && ratio == _ratio)
         return false;
-    auto const size = static_cast<float>(std::max(schema.fontSize, 1));
-    if (!_text || schema.fontFamily != _schema.fontFamily) {
-        Agl agl(p_context.Graphics());
-        _text = agl->GenFont(p_context.Resource().FontSet(schema.fontFamily), size);
-        _text->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
-        _text->SetBreaksLines(false);
-    }
-    _text->SetSize(size);
-    _text->SetPixelRatio(ratio);
+    _font.Take(p_context);
+    _font->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
+    _font->SetBreaksLines(false);
     _schema = schema;
     _format = format;
     _ratio = ratio;
-    _lineHeight = static_cast<float>(std::max(_text->Extents(std::wstring_view(L"0")).height, 1));
+    _lineHeight = static_cast<float>(std::max(_font->Extents(std::wstring_view(L"0")).height, 1));
     return true;
 }
 
@@ -144,7 +137,7 @@ float LegendPainter::WidthOf(LegendRow const& p_row) {
 }
 
 float LegendPainter::WidthOf(std::wstring const& p_title) {
-    return p_title.empty() ? 0 : static_cast<float>(_text->Extents(p_title).width);
+    return p_title.empty() ? 0 : static_cast<float>(_font->Extents(p_title).width);
 }
 
 void LegendPainter::Prepare(DrawContext const& p_context, Page const& p_page) {
@@ -152,30 +145,30 @@ void LegendPainter::Prepare(DrawContext const& p_context, Page const& p_page) {
     _bars.clear();
     if (p_page.layout.IsEmpty())
         return;
-    _text->SetHorizontalAlignment(Ogl::HorizontalAlignment::Start);
+    _font->SetHorizontalAlignment(Ogl::HorizontalAlignment::Start);
     AddText(p_page.title, p_page.layout.title, _schema.textColor);
     for (Item const& item : p_page.items) {
         LegendRow::Look const& look = item.row->GetLook();
         LegendLayout::Parts const parts = p_page.layout.PartsOf(item.place, look.HasBar(), look.HasSwatch());
-        _text->SetHorizontalAlignment(Ogl::HorizontalAlignment::Start);
-        AddText(look.text, parts.text, item.row->IsDimmed() ? _schema.disabledColor : _schema.textColor);
+        _font->SetHorizontalAlignment(Ogl::HorizontalAlignment::Start);
+        AddText(look.text, parts.text, item.isDimmed ? _schema.disabledColor : _schema.textColor);
         if (look.HasBar() && !parts.bar.IsEmpty())
-            AddBar(p_context, *item.row, parts);
+            AddBar(p_context, item, parts);
     }
-    _text->SetHorizontalAlignment(Ogl::HorizontalAlignment::Left);
+    _font->SetHorizontalAlignment(Ogl::HorizontalAlignment::Left);
     AddCounts(p_page.layout);
 }
 
 void LegendPainter::AddText(std::wstring const& p_text, Rectangle const& p_place, QColor const& p_color) {
     if (p_text.empty() || p_place.IsEmpty())
         return;
-    _text->SetColor(p_color);
-    _block.Add(*_text, p_text, p_place);
+    _font->SetColor(p_color);
+    _block.Add(*_font, p_text, p_place);
 }
 
-void LegendPainter::AddBar(DrawContext const& p_context, LegendRow const& p_row, LegendLayout::Parts const& p_parts) {
-    Bar bar{p_parts.bar, nullptr, p_row.IsDimmed(), {}};
-    if (LegendScale const* const scale = p_row.GetLook().scale.get()) {
+void LegendPainter::AddBar(DrawContext const& p_context, Item const& p_item, LegendLayout::Parts const& p_parts) {
+    Bar bar{p_parts.bar, nullptr, p_item.isDimmed, {}};
+    if (LegendScale const* const scale = p_item.row->GetLook().scale.get()) {
         Agl agl(p_context.Graphics());
         float const line = ToolbarLayout::Scaled(1, _ratio);
         QImage const image = scale->map.Bar(static_cast<int>(p_parts.bar.width - 2 * line), 1);
@@ -201,7 +194,7 @@ void LegendPainter::AddTicks(
         places.clear();
         bool fits = true;
         for (LegendScale::Tick const& tick : ticks) {
-            auto const width = static_cast<float>(_text->Extents(tick.text).width);
+            auto const width = static_cast<float>(_font->Extents(tick.text).width);
             float const center = p_bar.place.x + std::round(static_cast<float>(tick.position) * p_bar.place.width);
             float const right = p_parts.labels.Right() - width;
             float const x =
@@ -246,7 +239,7 @@ void LegendPainter::Draw(
     for (Item const& item : p_page.items) {
         LegendRow::Look const& look = item.row->GetLook();
         if (look.HasSwatch() && !ShowsSymbol(*item.row))
-            DrawSwatch(p_context, *item.row, layout.PartsOf(item.place, false, true).swatch);
+            DrawSwatch(p_context, item, layout.PartsOf(item.place, false, true).swatch);
     }
     DrawBars(p_context);
     DrawButtons(p_context, layout);
@@ -255,11 +248,10 @@ void LegendPainter::Draw(
     _block.Draw(*agl);
 }
 
-void LegendPainter::DrawSwatch(DrawContext const& p_context, LegendRow const& p_row, Rectangle const& p_place) const {
+void LegendPainter::DrawSwatch(DrawContext const& p_context, Item const& p_item, Rectangle const& p_place) const {
     float const line = ToolbarLayout::Scaled(1, _ratio);
-    bool const isDimmed = p_row.IsDimmed();
-    QColor const color = Dimmed(ColorOf(p_row, _schema), isDimmed);
-    switch (p_row.GetLook().swatch) {
+    QColor const color = Dimmed(ColorOf(*p_item.row, _schema), p_item.isDimmed);
+    switch (p_item.row->GetLook().swatch) {
     case LegendSwatch::Line: {
         float const width = std::min(ToolbarLayout::Scaled(std::max(_schema.lineWidth, 2.0F), _ratio), p_place.height);
         float const y = p_place.y + std::floor((p_place.height - width) / 2);
@@ -273,8 +265,8 @@ void LegendPainter::DrawSwatch(DrawContext const& p_context, LegendRow const& p_
         OverlayShapes::DrawFrame(p_context, OverlayShapes::Inset(p_place, 0, line), _schema.disabledColor, {}, line);
         return;
     default:
-        OverlayShapes::DrawFrame(
-            p_context, OverlayShapes::Inset(p_place, 0, line), Dimmed(_schema.borderColor, isDimmed), color, line);
+        OverlayShapes::DrawFrame(p_context, OverlayShapes::Inset(p_place, 0, line),
+            Dimmed(_schema.borderColor, p_item.isDimmed), color, line);
     }
 }
 
@@ -311,7 +303,7 @@ void LegendPainter::DrawSymbols(DrawContext const& p_context, Page const& p_page
         LoadedSymbol const& symbol = *item.row->GetLook().symbol;
         bool const isPlain = !item.row->GetLook().color && symbol.HasColors();
         QColor const color = isPlain ? QColor(Qt::white) : ColorOf(*item.row, _schema);
-        DrawSymbol(p_context, agl, symbol, Types::Color4f(Dimmed(color, item.row->IsDimmed())),
+        DrawSymbol(p_context, agl, symbol, Types::Color4f(Dimmed(color, item.isDimmed)),
             p_page.layout.PartsOf(item.place, false, true).swatch);
     }
     agl->PopScissor();

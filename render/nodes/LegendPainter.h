@@ -7,6 +7,7 @@
 #include "framework/types/Viewport.h"
 #include "render/nodes/LegendLayout.h"
 #include "render/nodes/LegendRow.h"
+#include "render/nodes/SchemaFont.h"
 
 #include <QColor>
 
@@ -16,8 +17,7 @@
 
 namespace Qor::Chart::Ogl {
 class Agl;
-class Text;
-} // namespace Qor::Chart::Ogl
+}
 
 namespace Qor::Chart::Utility {
 template <class T>
@@ -39,6 +39,7 @@ public:
     struct Item {
         LegendRow const* row;
         Rectangle place;
+        bool isDimmed = false;
     };
     struct Page {
         LegendLayout layout;
@@ -74,18 +75,17 @@ private:
     };
 
     void AddText(std::wstring const& p_text, Rectangle const& p_place, QColor const& p_color);
-    void AddBar(DrawContext const& p_context, LegendRow const& p_row, LegendLayout::Parts const& p_parts);
+    void AddBar(DrawContext const& p_context, Item const& p_item, LegendLayout::Parts const& p_parts);
     void AddTicks(LegendScale const& p_scale, LegendLayout::Parts const& p_parts, QColor const& p_color, Bar& p_bar);
     void AddCounts(LegendLayout const& p_layout);
 
-    void DrawSwatch(DrawContext const& p_context, LegendRow const& p_row, Rectangle const& p_place) const;
+    void DrawSwatch(DrawContext const& p_context, Item const& p_item, Rectangle const& p_place) const;
     void DrawPoint(DrawContext const& p_context, Rectangle const& p_place, QColor const& p_color) const;
     void DrawSymbols(DrawContext const& p_context, Page const& p_page) const;
     void DrawBars(DrawContext const& p_context) const;
     void DrawButtons(DrawContext const& p_context, LegendLayout const& p_layout) const;
 
-    std::shared_ptr<Ogl::Text> _text; ///< null until there is a style
-    std::string _fontFamily;
+    SchemaFont _font;
     Types::Schema _schema;
     Types::NiceIntervals::NumberFormat _format;
     float _ratio = 1;

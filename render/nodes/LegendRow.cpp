@@ -1,6 +1,7 @@
 #include "render/nodes/LegendRow.h"
 
 #include "render/nodes/LoadedSymbol.h"
+#include "render/nodes/ShortText.h"
 #include "render/nodes/SymbolCache.h"
 #include "render/context/EventDispatcher.h"
 #include "render/context/UpdateContext.h"
@@ -12,7 +13,6 @@
 #include <boost/any.hpp>
 
 #include <cmath>
-#include <string_view>
 #include <utility>
 
 namespace Qor::Chart::Render {
@@ -22,11 +22,11 @@ namespace {
 using Converter = UnitSystemConverter::Converter;
 using Model::LegendSwatch;
 
-/// How many nodes above a target are looked at.
-constexpr int MostAncestors = 64;
+/// How many dependents of a target, and of what is above it, are looked at.
+constexpr int MostDependents = 256;
 
 std::string NameOf(Model::LegendEntry const& p_entry) {
-    return "The entry \"" + Utility::ToUtf8(LegendRow::Shortened(p_entry.Text())) + "\" of a legend ";
+    return "The entry \"" + Utility::ToUtf8(ShortText::Of(p_entry.Text())) + "\" of a legend ";
 }
 
 bool IsUsable(Converter const& p_converter) {
@@ -34,15 +34,17 @@ bool IsUsable(Converter const& p_converter) {
 }
 
 /// Whether a node and, on one way up at least, all that is above it are visible. Gives up with true after so many
-/// nodes.
-bool IsSeen(Model::ModelNode const& p_node, int& p_nodes) {
+/// dependents.
+bool IsSeen(Model::ModelNode const& p_node, int& p_dependents) {
     if (!p_node.IsVisible())
         return false;
     bool isBelow = false;
     for (Core::Dependencies::Entry const& entry : p_node.Deps().Entries()) {
+        if (--p_dependents < 0)
+            return true;
         auto const* const parent =
             entry.children > 0 ? dynamic_cast<Model::ModelNode const*>(entry.dependent) : nullptr;
-        if (parent && (--p_nodes < 0 || IsSeen(*parent, p_nodes)))
+        if (parent && IsSeen(*parent, p_dependents))
             return true;
         isBelow = isBelow || parent;
     }
@@ -86,8 +88,8 @@ bool LegendRow::IsDimmed() const {
     if (_target.IsEmpty())
         return false;
     Core::Ptr<Model::ModelNode> const target = _target.Lock();
-    int nodes = MostAncestors;
-    return !target || !IsSeen(*target, nodes);
+    int dependents = MostDependents;
+    return !target || !IsSeen(*target, dependents);
 }
 
 bool LegendRow::Update(UpdateContext const& p_context, Vis const& p_legend) {
@@ -140,7 +142,7 @@ std::shared_ptr<LegendScale const> LegendRow::MakeScale(
     using Scale = Library::ColorMap::Scale;
     std::optional<Library::ColorMap> const map = Library::ColorMap::Named(p_entry.ColorMap());
     if (!map) {
-        std::string const name = Utility::ToUtf8(Shortened(Utility::FromUtf8(p_entry.ColorMap())));
+        std::string const name = Utility::ToUtf8(ShortText::Of(Utility::FromUtf8(p_entry.ColorMap())));
         _failure = "names the colour map \"" + name + "\", which there is not; give it one such as \"" +
             Library::ColorMap::Names().front() + "\".";
         return {};
@@ -161,21 +163,10 @@ std::shared_ptr<LegendScale const> LegendRow::MakeScale(
 
 /// A unit stands in brackets after the text, or alone.
 void LegendRow::TakeText(Model::LegendEntry const& p_entry, Look& p_look) const {
-    p_look.text = Shortened(p_entry.Text());
-    std::wstring const unit = p_look.scale ? Shortened(p_look.scale->unit) : std::wstring();
+    p_look.text = ShortText::Of(p_entry.Text());
+    std::wstring const unit = p_look.scale ? ShortText::Of(p_look.scale->unit) : std::wstring();
     if (!unit.empty())
         p_look.text = p_look.text.empty() ? unit : p_look.text + L" [" + unit + L"]";
-}
-
-std::wstring LegendRow::Shortened(std::wstring const& p_text) {
-    return p_text.size() <= LongestText ? p_text : p_text.substr(0, LongestText) + L'\u2026';
-}
-
-bool LegendRow::IsShortened(std::wstring const& p_shown, std::wstring const& p_text) {
-    if (p_text.size() <= LongestText)
-        return p_shown == p_text;
-    std::wstring_view const kept = std::wstring_view(p_text).substr(0, LongestText);
-    return p_shown.size() == LongestText + 1 && p_shown.starts_with(kept);
 }
 
 } // namespace Qor::Chart::Render

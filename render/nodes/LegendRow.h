@@ -25,9 +25,6 @@ class LegendRow : public Core::Node {
 public:
     using List = std::vector<Core::Ptr<LegendRow>>;
 
-    /// The longest text that is laid out; what comes after is replaced by an ellipsis.
-    static constexpr std::size_t LongestText = 256;
-
     struct Look {
         std::wstring text; ///< with the unit of a bar
         Model::LegendSwatch swatch = Model::LegendSwatch::Blank;
@@ -58,13 +55,8 @@ public:
     bool Update(UpdateContext const& p_context, Vis const& p_legend);
     Look const& GetLook() const noexcept { return _look; }
     /// Whether the target does not show now: it is gone, or it or all that it hangs below is hidden. Nobody is told of
-    /// that.
+    /// that. It looks at no more than some hundred nodes, and takes a target with more above it for one that shows.
     bool IsDimmed() const;
-
-    /// A text cut to what can be seen of it at most.
-    static std::wstring Shortened(std::wstring const& p_text);
-    /// Whether the first text is what is left of the second.
-    static bool IsShortened(std::wstring const& p_shown, std::wstring const& p_text);
 
     std::size_t index = 0; ///< of the entry among the legend's entries
 

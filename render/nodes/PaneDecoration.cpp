@@ -1,5 +1,7 @@
 #include "render/nodes/PaneDecoration.h"
 
+#include "render/nodes/OverlayShapes.h"
+
 #include "render/context/DrawContext.h"
 #include "framework/library/Box.h"
 #include "framework/library/FilledBox.h"
@@ -47,11 +49,6 @@ public:
 private:
     Agl& _agl;
 };
-
-QColor WithAlpha(QColor p_color, int p_alpha) {
-    p_color.setAlpha(p_alpha);
-    return p_color;
-}
 
 /// Shows the current colour alone, in front of everything. To be called within a `PushAttrib` of all groups.
 void SetFlatState(Agl& p_agl) {
@@ -136,10 +133,10 @@ void PaneDecoration::DrawRubberBand(Rectangle const& p_band, bool p_isInset) con
 
     using Library::FilledBox;
     QColor const& color = schema.highlightColor;
-    FilledBox const solid(color, WithAlpha(color, BandAlpha), FilledBox::Mode::Solid);
+    FilledBox const solid(color, OverlayShapes::WithAlpha(color, BandAlpha), FilledBox::Mode::Solid);
     solid(_context.Graphics(), band);
     if (p_band.height > 0) {
-        FilledBox const hatched(color, WithAlpha(color, UpwardBandAlpha), FilledBox::Mode::Hatched);
+        FilledBox const hatched(color, OverlayShapes::WithAlpha(color, UpwardBandAlpha), FilledBox::Mode::Hatched);
         hatched(_context.Graphics(), band);
     }
 }

@@ -1,6 +1,7 @@
 #include "render/nodes/RenderStyle.h"
 
 #include "render/nodes/BlendOver.h"
+#include "render/nodes/OverlayShapes.h"
 #include "render/nodes/StyleTextures.h"
 #include "render/context/EventDispatcher.h"
 #include "render/context/SceneCapabilities.h"
@@ -210,7 +211,7 @@ void RenderStyle::DoSetup(DrawContext& p_context, Agl& p_agl) {
     p_agl->PushAttrib(
         AGL_LINE_BIT | AGL_POINT_BIT | AGL_POLYGON_BIT | AGL_ENABLE_BIT | AGL_COLOR_BUFFER_BIT | AGL_TEXTURE_BIT);
     _hasPushedAttributes = true;
-    SetUpLines(p_agl, *model, p_context.Capabilities().pixelRatio);
+    SetUpLines(p_agl, *model, OverlayShapes::PixelRatio(p_context));
     SetUpPolygons(p_agl, *model);
     if (model->IsSet(Style::LightingProperty))
         Switch(*p_agl, AGL_LIGHTING, model->HasLighting() && p_context.LightCount().Top() != 0);
@@ -259,10 +260,7 @@ void RenderStyle::WriteShader(DrawContext& p_context, Model::RenderStyle const& 
     DrawContext::GenericShaderEntry const& outer = p_context.Shader().Top();
     if (!outer.Parameters())
         return;
-    std::array const environments{
-        p_context.FirstTexture().Top().environment, p_context.SecondTexture().Top().environment};
-    if (_outerShader.Parameters() != outer.Parameters() || _environments != environments) {
-        _environments = environments;
+    if (_outerShader.Parameters() != outer.Parameters()) {
         Ogl::GenericShader::State const state = StateUnder(*outer.Parameters(), p_context, p_model);
         _outerShader = outer;
         _shader = state == *outer.Parameters() ? outer : outer.With(state);
@@ -291,8 +289,7 @@ Ogl::GenericShader::State RenderStyle::StateUnder(
     for (std::size_t i = 0; i < Units; ++i) {
         look.textures[i] = units[i]->enabled;
         if (p_model.IsSet(PropertiesOf(i).texture))
-            look.translucentTextures[i] =
-                _textures[i] && _textures[i]->isTranslucent && units[i]->environment != Style::Environment::Decal;
+            look.translucentTextures[i] = _textures[i] && _textures[i]->isTranslucent;
     }
     return State(options, look);
 }

@@ -61,7 +61,6 @@ private:
     std::array<bool, Units> _hasPushedMatrix{}; ///< by the setup of the present pass
     bool _hasPushedAttributes = false;
     DrawContext::GenericShaderEntry _outerShader; ///< what the style's own entry was made of
-    std::array<Types::TextureUnit::Environment, Units> _environments{};
     DrawContext::GenericShaderEntry _shader;
 };
 

@@ -46,6 +46,12 @@ Model::SelectionEntry SelectionHits::EntryOf(SelectRecord const& p_record) {
     return {p_record.Selection(), p_record.IsSubordinateValid() ? p_record.Subordinate() : std::nullopt};
 }
 
+SelectRecord SelectionHits::RecordOf(Core::Ptr<Vis> const& p_handler, Model::SelectionEntry const& p_entry) {
+    Core::NodePath const path = p_handler ? p_handler->GetPath() : Core::NodePath();
+    Core::Ptr<Model::ModelNode> const node = p_entry.node.Lock();
+    return p_entry.index ? SelectRecord(p_handler, node, *p_entry.index, path) : SelectRecord(p_handler, node, path);
+}
+
 SelectRecordEntry::SelectionType SelectionHits::TypeOf(Model::SelectionEntry const& p_entry) noexcept {
     using Type = SelectRecordEntry::SelectionType;
     return p_entry.index ? Type::Element : Type::Node;

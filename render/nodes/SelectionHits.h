@@ -28,6 +28,8 @@ struct QOR_VIS_API SelectionHits {
 
     /// A record as an entry of a selection: of the one thing that a valid index names, or of the node as a whole.
     static Model::SelectionEntry EntryOf(SelectRecord const& p_record);
+    /// An entry as a record of the node that handles it; of no node where p_handler is empty.
+    static SelectRecord RecordOf(Core::Ptr<Vis> const& p_handler, Model::SelectionEntry const& p_entry);
     static SelectRecordEntry::SelectionType TypeOf(Model::SelectionEntry const& p_entry) noexcept;
 };
 

@@ -22,12 +22,6 @@ bool IsHeld(EventInformation const& p_event, EventInformation::ModifierMask p_mo
     return (p_event.modifiers & p_modifier) != 0;
 }
 
-SelectRecord RecordOf(Core::Ptr<Vis> const& p_handler, Entry const& p_entry) {
-    Core::NodePath const path = p_handler ? p_handler->GetPath() : Core::NodePath();
-    Core::Ptr<Model::ModelNode> const node = p_entry.node.Lock();
-    return p_entry.index ? SelectRecord(p_handler, node, *p_entry.index, path) : SelectRecord(p_handler, node, path);
-}
-
 } // namespace
 
 SelectionList::SelectionList() : Vis(VisFlagSecond), _model(*this, "model"), _view(std::make_shared<SelectionView>()) {
@@ -74,7 +68,8 @@ std::vector<SelectRecordEntry> SelectionList::Entries() const {
     if (!model)
         return entries;
     for (Entry const& entry : model->Selected())
-        entries.emplace_back(RecordOf(_view->HandlerOf(entry.node), entry), SelectionHits::TypeOf(entry));
+        entries.emplace_back(
+            SelectionHits::RecordOf(_view->HandlerOf(entry.node), entry), SelectionHits::TypeOf(entry));
     return entries;
 }
 

@@ -1,5 +1,6 @@
 #include "render/nodes/SelectionLists.h"
 
+#include "render/core/SharedUnique.h"
 #include "render/nodes/SelectionList.h"
 #include "render/nodes/SelectionView.h"
 
@@ -9,22 +10,6 @@
 #include <utility>
 
 namespace Qor::Chart::Render {
-
-namespace {
-
-using Shared = std::weak_ptr<SelectionLists>;
-
-Vis const* ParentOf(Vis const& p_node) {
-    for (Core::Dependencies::Entry const& entry : p_node.Deps().Entries()) {
-        if (entry.children == 0)
-            continue;
-        if (auto const* const parent = dynamic_cast<Vis const*>(entry.dependent))
-            return parent;
-    }
-    return nullptr;
-}
-
-} // namespace
 
 /// Finds which list serves a node, and remembers it for all that is above the node on the way there.
 class SelectionLists::Areas {
@@ -40,7 +25,7 @@ public:
             return 0;
         std::uint32_t list = 0;
         std::size_t const first = _way.size();
-        for (Vis const* node = &p_node; node; node = ParentOf(*node)) {
+        for (Vis const* node = &p_node; node; node = node->Parent()) {
             auto const known = _lists.find(node->Id());
             if (known != _lists.end()) {
                 list = known->second;
@@ -62,17 +47,11 @@ private:
 };
 
 std::shared_ptr<SelectionLists> SelectionLists::Of(Registrar const& p_registrar) {
-    Core::TimeStamp stamp;
-    auto const known = p_registrar.GetUnique<Shared>(stamp);
-    return known ? known->lock() : nullptr;
+    return SharedUnique<SelectionLists>::Find(p_registrar);
 }
 
 std::shared_ptr<SelectionLists> SelectionLists::MakeOf(Registrar& p_registrar) {
-    if (std::shared_ptr<SelectionLists> lists = Of(p_registrar))
-        return lists;
-    auto lists = std::make_shared<SelectionLists>(p_registrar.RegisterUnique<Shared>());
-    p_registrar.UpdateUnique(Shared(lists));
-    return lists;
+    return SharedUnique<SelectionLists>::Get(p_registrar);
 }
 
 SelectionLists::SelectionLists(Registrar::Handle p_registration) : _registration(std::move(p_registration)) {}
@@ -87,7 +66,7 @@ std::vector<SelectionLists::Place> SelectionLists::Places() const {
     std::vector<Place> places;
     for (Member const& member : _members) {
         SelectionList const* const list = member.list.Peek();
-        Vis const* const parent = list && list->IsEnabled() ? ParentOf(*list) : nullptr;
+        Vis const* const parent = list && list->IsEnabled() ? list->Parent() : nullptr;
         if (parent)
             places.push_back({list->Id(), parent->Id()});
     }
@@ -142,7 +121,7 @@ bool SelectionLists::Show() {
     std::vector<Core::Ptr<Model::SelectionList>> withGone;
     for (Member const& member : _members) {
         Core::Ptr<SelectionList> const list = member.list.Lock();
-        Vis const* const parent = list && list->IsEnabled() ? ParentOf(*list) : nullptr;
+        Vis const* const parent = list && list->IsEnabled() ? list->Parent() : nullptr;
         Core::Ptr<Model::SelectionList> const model = parent ? list->List() : Core::Ptr<Model::SelectionList>();
         SelectionView::Outcome const outcome =
             member.view->Show(model.Get(), parent ? parent->Time() : Core::TimeStamp(), servedBy(list.Get()));

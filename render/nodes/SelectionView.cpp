@@ -1,5 +1,6 @@
 #include "render/nodes/SelectionView.h"
 
+#include "render/nodes/SelectionHits.h"
 #include "render/pick/SelectRecord.h"
 #include "render/pick/Selector.h"
 #include "render/core/SelectsBelow.h"
@@ -19,13 +20,6 @@ template <class Handles>
 void KeepOnce(Handles& p_handles) {
     std::ranges::sort(p_handles);
     p_handles.erase(std::unique(p_handles.begin(), p_handles.end()), p_handles.end());
-}
-
-SelectRecord RecordOf(Vis& p_handler, Core::WeakPtr<Model::ModelNode> const& p_node, Index const& p_index) {
-    Core::Ptr<Vis> const handler(&p_handler);
-    Core::Ptr<Model::ModelNode> const node = p_node.Lock();
-    return p_index ? SelectRecord(handler, node, *p_index, p_handler.GetPath())
-                   : SelectRecord(handler, node, p_handler.GetPath());
 }
 
 bool SelectsBelowIt(Vis const& p_vis) {
@@ -232,7 +226,7 @@ void SelectionView::TellStillSelected() {
 
 bool SelectionView::Tell(Vis& p_handler, Node const& p_node, Indices const& p_indices, bool p_selected) {
     for (Index const& index : p_indices)
-        Selector::Select(RecordOf(p_handler, p_node, index), p_selected);
+        Selector::Select(SelectionHits::RecordOf(Core::Ptr<Vis>(&p_handler), {p_node, index}), p_selected);
     return !p_indices.empty();
 }
 

@@ -71,6 +71,15 @@ Ogl::Highlight SelectionLook(DrawContext const& p_context, Ogl::Highlight const&
     return Ogl::Highlight(color, p_look.LineWidth());
 }
 
+/// Whether something is seen through textures that are not opaque everywhere: a decal shows the object there.
+bool LetsThrough(DrawContext const& p_context, std::bitset<2> const& p_translucent) {
+    auto const letsThrough = [](Types::TextureUnit const& p_unit) {
+        return p_unit.environment != Types::TextureUnit::Environment::Decal;
+    };
+    return (p_translucent[0] && letsThrough(p_context.FirstTexture().Top())) ||
+        (p_translucent[1] && letsThrough(p_context.SecondTexture().Top()));
+}
+
 bool IsHit(EventInformation const& p_event) {
     return p_event.Hit() && !p_event.Hit()->result.records.empty();
 }
@@ -259,8 +268,8 @@ SymbolLook SimpleObject::LookIn(DrawContext const& p_context) const {
     Types::Color4f color = ColorUnder(style, textures.any());
     bool const isBlended = style.alphaMode == AlphaMode::Automatic || style.alphaMode == AlphaMode::Blended;
     color.alpha = isBlended ? color.alpha * style.opacity : style.opacity;
-    bool const letsThrough =
-        isBlended && (style.alphaMode == AlphaMode::Blended || (textures & style.translucentTextures).any());
+    bool const letsThrough = isBlended &&
+        (style.alphaMode == AlphaMode::Blended || LetsThrough(p_context, textures & style.translucentTextures));
     return {color, color.alpha < 1 || letsThrough, textures, isBlended ? style.opacity : 1.0F};
 }
 
@@ -308,20 +317,15 @@ void SimpleObject::DrawBehindGeometry(Agl& p_agl, SymbolLook const& p_look) cons
     Types::Color4f const& color = p_look.color;
     BehindGeometryLook const look =
         _isFront ? BehindGeometryLook{12, color.alpha} : BehindGeometryLook{4, FaintAlpha * p_look.opacity};
-    {
-        Ogl::PushAttribScope const saved(
-            p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_ENABLE_BIT | AGL_POLYGON_STIPPLE_BIT | AGL_TEXTURE_BIT);
-        p_agl->Disable(AGL_DEPTH_TEST);
-        BlendOver(p_agl);
-        p_agl->Enable(AGL_POLYGON_STIPPLE);
-        p_agl->PolygonStipple(Library::Pattern::PolygonStipplePattern(look.sixteenths).data());
-        p_look.EnableTextures(*p_agl);
-        p_agl->Color(color.red, color.green, color.blue, look.alpha);
-        p_agl->Draw(p_look.BufferOf(*_symbol, p_agl));
-    }
-    p_agl->Disable(AGL_POLYGON_STIPPLE);
-    p_agl->Disable(AGL_BLEND);
-    p_agl->Enable(AGL_DEPTH_TEST);
+    Ogl::PushAttribScope const saved(
+        p_agl, AGL_CURRENT_BIT | AGL_COLOR_BUFFER_BIT | AGL_ENABLE_BIT | AGL_POLYGON_STIPPLE_BIT | AGL_TEXTURE_BIT);
+    p_agl->Disable(AGL_DEPTH_TEST);
+    BlendOver(p_agl);
+    p_agl->Enable(AGL_POLYGON_STIPPLE);
+    p_agl->PolygonStipple(Library::Pattern::PolygonStipplePattern(look.sixteenths).data());
+    p_look.EnableTextures(*p_agl);
+    p_agl->Color(color.red, color.green, color.blue, look.alpha);
+    p_agl->Draw(p_look.BufferOf(*_symbol, p_agl));
 }
 
 /// Hover goes before selection, and selection before the pulse.

@@ -1,11 +1,12 @@
 #include "render/nodes/Statistics.h"
 
+#include "render/nodes/OverlayShapes.h"
+
 #include "render/context/DrawContext.h"
 #include "render/context/SceneCapabilities.h"
 #include "framework/qordebug/highrestimer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace Qor::Chart::Render {
@@ -148,11 +149,10 @@ DrawResult Statistics::DoHighlightOverlay(DrawContext const& p_context) {
     Types::Viewport<0> const& pane = p_context.Viewport().Top();
     if (!model || !model->IsVisible() || pane.IsEmpty())
         return DrawResultDescend;
-    float const ratio = p_context.Capabilities().pixelRatio;
     View& view = ViewOf(p_context.LastFrame());
     Renew(view, *model);
-    view.panel.SetPlace(p_context,
-        {pane.Extent(), model->GetXPosition(), model->GetYPosition(), ratio > 0 && std::isfinite(ratio) ? ratio : 1});
+    view.panel.SetPlace(
+        p_context, {pane.Extent(), model->GetXPosition(), model->GetYPosition(), OverlayShapes::PixelRatio(p_context)});
     view.panel.Draw(p_context);
     return DrawResultDescend;
 }

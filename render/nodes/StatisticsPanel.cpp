@@ -4,7 +4,6 @@
 #include "render/nodes/PixelScope.h"
 #include "render/nodes/ToolbarLayout.h"
 #include "render/context/DrawContext.h"
-#include "framework/assets/Resource.h"
 #include "framework/library/PlainState.h"
 #include "framework/ogl/Agl.h"
 #include "framework/ogl/Bind.h"
@@ -39,11 +38,6 @@ constexpr double NameStrength = 0.72; ///< how far names stand out from the grou
 QColor Between(QColor const& p_from, QColor const& p_to, double p_part) {
     auto const mix = [p_part](int p_a, int p_b) { return static_cast<int>(std::lround(p_a + (p_b - p_a) * p_part)); };
     return {mix(p_from.red(), p_to.red()), mix(p_from.green(), p_to.green()), mix(p_from.blue(), p_to.blue())};
-}
-
-QColor WithAlpha(QColor p_color, int p_alpha) {
-    p_color.setAlpha(p_alpha);
-    return p_color;
 }
 
 /// Rectangles of one colour each, which become one shape.
@@ -96,8 +90,9 @@ void StatisticsPanel::SetRows(Rows p_rows) {
 void StatisticsPanel::Draw(DrawContext const& p_context) {
     if (_rows.empty() || _place.pane.IsEmpty())
         return;
-    if (!std::exchange(_isLaidOut, true))
+    if (!_isLaidOut)
         LayOut(p_context);
+    _isLaidOut = true;
     Agl agl(p_context.Graphics());
     PixelScope const pixels(agl, p_context.Viewport().Top());
     {
@@ -110,21 +105,8 @@ void StatisticsPanel::Draw(DrawContext const& p_context) {
     _block.Draw(*agl);
 }
 
-void StatisticsPanel::ChooseFont(DrawContext const& p_context) {
-    auto const size = static_cast<float>(std::max(_schema.fontSize, 1));
-    if (!_text || _family != _schema.fontFamily) {
-        Agl agl(p_context.Graphics());
-        _text = agl->GenFont(p_context.Resource().FontSet(_schema.fontFamily), size);
-        _text->SetBreaksLines(false);
-        _text->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
-        _family = _schema.fontFamily;
-    }
-    _text->SetSize(size);
-    _text->SetPixelRatio(_place.pixelRatio);
-}
-
 float StatisticsPanel::WidthOf(char const* p_text) {
-    return static_cast<float>(_text->Extents(p_text).width);
+    return static_cast<float>(_font->Extents(p_text).width);
 }
 
 StatisticsPanel::Measures StatisticsPanel::Measure() {
@@ -133,7 +115,7 @@ StatisticsPanel::Measures StatisticsPanel::Measure() {
     measures.padding = ToolbarLayout::Scaled(Padding, ratio);
     measures.gap = ToolbarLayout::Scaled(ColumnGap, ratio);
     measures.groupGap = ToolbarLayout::Scaled(GroupGap, ratio);
-    measures.rowHeight = static_cast<float>(_text->Extents("0").height) + ToolbarLayout::Scaled(Leading, ratio);
+    measures.rowHeight = static_cast<float>(_font->Extents("0").height) + ToolbarLayout::Scaled(Leading, ratio);
     for (Row const& row : _rows)
         measures.names = std::max(measures.names, WidthOf(row.name));
     for (char const* const digit : {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"})
@@ -147,7 +129,9 @@ StatisticsPanel::Measures StatisticsPanel::Measure() {
 
 /// Rows go down from the upper side of the panel, lines between groups too.
 void StatisticsPanel::LayOut(DrawContext const& p_context) {
-    ChooseFont(p_context);
+    _font.Take(p_context);
+    _font->SetBreaksLines(false);
+    _font->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
     Measures const measures = Measure();
     auto const isSeparate = [this](Row const& p_row) { return p_row.isFirst && &p_row != &_rows.front(); };
     auto const groups = static_cast<float>(std::ranges::count_if(_rows, isSeparate));
@@ -173,9 +157,9 @@ void StatisticsPanel::LayOut(DrawContext const& p_context) {
 }
 
 void StatisticsPanel::AddText(std::string_view p_text, Rectangle const& p_cell, QColor const& p_color, bool p_isRight) {
-    _text->SetColor(p_color);
-    _text->SetHorizontalAlignment(p_isRight ? Ogl::HorizontalAlignment::Right : Ogl::HorizontalAlignment::Left);
-    _block.Add(*_text, p_text, p_cell);
+    _font->SetColor(p_color);
+    _font->SetHorizontalAlignment(p_isRight ? Ogl::HorizontalAlignment::Right : Ogl::HorizontalAlignment::Left);
+    _block.Add(*_font, p_text, p_cell);
 }
 
 void StatisticsPanel::AddRow(Row const& p_row, Measures const& p_measures, float p_left, float p_bottom) {
@@ -207,7 +191,7 @@ void StatisticsPanel::AddFigure(CompactNumber const& p_figure, Measures const& p
 
 void StatisticsPanel::MakeGround(std::vector<float> const& p_lines, float p_pixel) {
     QColor const ground = OverlayShapes::ReadableGround(_schema);
-    QColor const frame = WithAlpha(_schema.borderColor, GroundAlpha);
+    QColor const frame = OverlayShapes::WithAlpha(_schema.borderColor, GroundAlpha);
     Rectangle const inside(
         _bounds.x + p_pixel, _bounds.y + p_pixel, _bounds.width - 2 * p_pixel, _bounds.height - 2 * p_pixel);
     Rectangles parts;
@@ -215,9 +199,9 @@ void StatisticsPanel::MakeGround(std::vector<float> const& p_lines, float p_pixe
     parts.Add(Rectangle(_bounds.x, inside.Top(), _bounds.width, p_pixel), frame);
     parts.Add(Rectangle(_bounds.x, inside.y, p_pixel, inside.height), frame);
     parts.Add(Rectangle(inside.Right(), inside.y, p_pixel, inside.height), frame);
-    parts.Add(inside, WithAlpha(ground, GroundAlpha));
+    parts.Add(inside, OverlayShapes::WithAlpha(ground, GroundAlpha));
     float const margin = ToolbarLayout::Scaled(Padding, _place.pixelRatio);
-    QColor const line = WithAlpha(Between(ground, _schema.textColor, 0.2), 255);
+    QColor const line = OverlayShapes::WithAlpha(Between(ground, _schema.textColor, 0.2), 255);
     for (float const y : p_lines)
         parts.Add(Rectangle(_bounds.x + margin, y, _bounds.width - 2 * margin, p_pixel), line);
     _ground = parts.Shape();

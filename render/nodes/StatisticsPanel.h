@@ -9,16 +9,13 @@
 #include "framework/types/YPosition.h"
 #include "render/Export.h"
 #include "render/nodes/CompactNumber.h"
+#include "render/nodes/SchemaFont.h"
 
 #include <QColor>
 
 #include <memory>
 #include <string>
 #include <vector>
-
-namespace Qor::Chart::Ogl {
-class Text;
-}
 
 namespace Qor::Chart::Render {
 
@@ -76,7 +73,6 @@ private:
     };
 
     void LayOut(DrawContext const& p_context);
-    void ChooseFont(DrawContext const& p_context);
     Measures Measure();
     float WidthOf(char const* p_text);
     void AddRow(Row const& p_row, Measures const& p_measures, float p_left, float p_bottom);
@@ -88,8 +84,7 @@ private:
     Types::Schema _schema;
     Rows _rows;
     bool _isLaidOut = false;
-    std::string _family; ///< of the font
-    std::shared_ptr<Ogl::Text> _text; ///< null until something is laid out
+    SchemaFont _font;
     Rectangle _bounds;
     std::shared_ptr<Ogl::PrimitiveBuffer const> _ground;
     Ogl::TextBlock _block;

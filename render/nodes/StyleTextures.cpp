@@ -1,5 +1,6 @@
 #include "render/nodes/StyleTextures.h"
 
+#include "render/core/SharedUnique.h"
 #include "render/context/UpdateContext.h"
 #include "framework/assets/ImageError.h"
 #include "framework/library/SymbolRegistry.h"
@@ -30,13 +31,7 @@ bool IsTranslucent(QImage const& p_image) {
 } // namespace
 
 std::shared_ptr<StyleTextures> StyleTextures::Of(Registrar& p_registrar) {
-    Core::TimeStamp stamp;
-    auto const known = p_registrar.GetUnique<std::weak_ptr<StyleTextures>>(stamp);
-    if (std::shared_ptr<StyleTextures> textures = known ? known->lock() : nullptr)
-        return textures;
-    auto textures = std::make_shared<StyleTextures>(p_registrar.RegisterUnique<std::weak_ptr<StyleTextures>>());
-    p_registrar.UpdateUnique(std::weak_ptr<StyleTextures>(textures));
-    return textures;
+    return SharedUnique<StyleTextures>::Get(p_registrar);
 }
 
 StyleTextures::StyleTextures(Registrar::Handle p_registration) : _registration(std::move(p_registration)) {}

@@ -1,5 +1,6 @@
 #include "render/nodes/SymbolCache.h"
 
+#include "render/core/SharedUnique.h"
 #include "render/nodes/LoadedSymbol.h"
 #include "render/context/UpdateContext.h"
 #include "framework/library/SymbolRegistry.h"
@@ -34,13 +35,7 @@ Library::Symbol Fetch(Library::SymbolRegistry const& p_registry, Model::Symbol c
 } // namespace
 
 std::shared_ptr<SymbolCache> SymbolCache::Of(Registrar& p_registrar) {
-    Core::TimeStamp stamp;
-    auto const known = p_registrar.GetUnique<std::weak_ptr<SymbolCache>>(stamp);
-    if (std::shared_ptr<SymbolCache> cache = known ? known->lock() : nullptr)
-        return cache;
-    auto cache = std::make_shared<SymbolCache>(p_registrar.RegisterUnique<std::weak_ptr<SymbolCache>>());
-    p_registrar.UpdateUnique(std::weak_ptr<SymbolCache>(cache));
-    return cache;
+    return SharedUnique<SymbolCache>::Get(p_registrar);
 }
 
 SymbolCache::SymbolCache(Registrar::Handle p_registration) : _registration(std::move(p_registration)) {}

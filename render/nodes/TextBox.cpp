@@ -24,11 +24,6 @@ TextWidget::Mode ModeOf(Model::TextBox const& p_model) {
     }
 }
 
-/// The side that is asked for; 0 for the one that is needed.
-int SideOf(double p_asked, float p_pixelRatio) {
-    return p_asked > 0 ? static_cast<int>(ToolbarLayout::Scaled(static_cast<float>(p_asked), p_pixelRatio)) : 0;
-}
-
 } // namespace
 
 TextBox::TextBox() : _model(*this, "text box") {
@@ -69,13 +64,10 @@ std::optional<WidgetNode::Placement> TextBox::Placed(DrawContext const& p_contex
     Core::Ptr<Model::TextBox> const model = _model.Lock();
     if (!model || !model->IsVisible())
         return std::nullopt;
-    float const ratio = OverlayShapes::PixelRatio(p_context);
-    Types::Size size(SideOf(model->Width(), ratio), SideOf(model->Height(), ratio));
-    if (size.width == 0 || size.height == 0) {
-        int const most = size.width > 0 ? size.width : p_context.Viewport().Top().Extent().width;
-        Types::Size const needed = _widget.PreferredSize(p_context, most);
-        size = {size.width > 0 ? size.width : needed.width, size.height > 0 ? size.height : needed.height};
-    }
+    Types::Size const size = SizeOf(model->Width(), model->Height(), p_context, [&](int p_width) {
+        int const most = p_width > 0 ? p_width : p_context.Viewport().Top().Extent().width;
+        return _widget.PreferredSize(p_context, most);
+    });
     return Placement{model->GetXPosition(), model->GetYPosition(), size};
 }
 

@@ -10,7 +10,6 @@
 #include "render/context/DrawContext.h"
 #include "render/context/EventDispatcher.h"
 #include "render/context/SceneCapabilities.h"
-#include "framework/assets/Resource.h"
 #include "framework/assets/TextDecoder.h"
 #include "framework/assets/TextLayout.h"
 #include "framework/ogl/Agl.h"
@@ -118,6 +117,7 @@ TextWidget& TextWidget::SetMode(Mode p_mode) {
 }
 
 TextWidget& TextWidget::SetText(std::wstring_view p_text) {
+    EndComposition();
     std::u32string text = Decoded(p_text);
     if (_mode != Mode::Label)
         text = InOneLine(std::move(text));
@@ -197,6 +197,7 @@ void TextWidget::Commit() {
 }
 
 void TextWidget::Cancel() {
+    EndComposition();
     bool const isTold = _edit.IsEdited();
     _edit.Revert();
     Callback const cancelled = isTold ? _cancelled : Callback();
@@ -214,11 +215,11 @@ bool TextWidget::IsHit(Types::Pos const& p_pos) const {
 
 void TextWidget::FlagChanged(Flag p_flag) {
     _opacity.SetTarget(Has(FlagShown) ? 1.0F : 0.0F, Has(FlagAnimated));
-    _lastAction = qordebug::now();
-    if (p_flag == FlagDisabled && Has(FlagDisabled))
+    if (Has(FlagDisabled) || !Has(FlagShown))
         EndInput();
     if (p_flag != FlagFocus)
         return;
+    _lastAction = qordebug::now();
     _isWindowHere = true;
     if (Has(FlagFocus))
         return;
@@ -264,16 +265,17 @@ void TextWidget::TabbedInto(EventInformation& p_event) {
     Show(p_event);
 }
 
-std::size_t TextWidget::PlaceAt(Types::Pos const& p_pos) {
-    LayOut();
-    return _line.PlaceAt(p_pos.x - static_cast<int>(Inside().x));
+/// The pointer is over what was drawn last, wherever the caret has gone since.
+int TextWidget::InLine(Types::Pos const& p_pos) {
+    LayOutAround(_shown ? std::optional(std::min(*_shown, _edit.Text().size())) : std::nullopt);
+    return p_pos.x - static_cast<int>(Inside().x);
 }
 
 bool TextWidget::Press(Types::Pos const& p_pos, EventInformation& p_event) {
     if (!IsFocusable() || !IsHit(p_pos))
         return false;
     EndComposition();
-    _edit.MoveTo(PlaceAt(p_pos), HasModifier(p_event, EventInformation::ModifierShift));
+    _edit.MoveTo(_line.PlaceAt(InLine(p_pos)), HasModifier(p_event, EventInformation::ModifierShift));
     _isSelecting = true;
     Show(p_event);
     return true;
@@ -282,7 +284,7 @@ bool TextWidget::Press(Types::Pos const& p_pos, EventInformation& p_event) {
 void TextWidget::Drag(Types::Pos const& p_pos, EventInformation& p_event) {
     if (!_isSelecting)
         return;
-    _edit.MoveTo(PlaceAt(p_pos), true);
+    _edit.MoveTo(_line.PlaceAt(InLine(p_pos)), true);
     Show(p_event);
 }
 
@@ -294,8 +296,7 @@ bool TextWidget::DoublePress(Types::Pos const& p_pos, EventInformation& p_event)
     if (!IsFocusable() || !IsHit(p_pos))
         return false;
     EndComposition();
-    LayOut();
-    _edit.SelectWordAt(_line.CharacterAt(p_pos.x - static_cast<int>(Inside().x)));
+    _edit.SelectWordAt(_line.CharacterAt(InLine(p_pos)));
     Show(p_event);
     return true;
 }
@@ -453,60 +454,54 @@ Types::Viewport<0> TextWidget::Inside() const {
         : Rectangle();
 }
 
-Ogl::Text& TextWidget::Font(DrawContext const& p_context) {
-    Types::Schema const& schema = p_context.Schema().Top();
-    auto const size = static_cast<float>(std::max(schema.fontSize, 1));
+void TextWidget::TakeFont(DrawContext const& p_context) {
     _ratio = OverlayShapes::PixelRatio(p_context);
-    if (!_text || _family != schema.fontFamily) {
-        Agl agl(p_context.Graphics());
-        _line = TextLine(); // it refers to the former font
-        _block.reset();
-        _measured.reset();
-        _text = agl->GenFont(p_context.Resource().FontSet(schema.fontFamily), size);
-        _family = schema.fontFamily;
-    }
-    if (_text->Size() != size)
-        _text->SetSize(size);
-    if (_text->PixelRatio() != _ratio)
-        _text->SetPixelRatio(_ratio);
-    return *_text;
+    if (!_font.Take(p_context))
+        return;
+    _line = TextLine();
+    _block.reset();
+    _measured.reset();
 }
 
 /// Without the focus the beginning is seen.
 void TextWidget::LayOut() {
-    if (!_text)
+    LayOutAround(Has(FlagFocus) ? std::optional(CaretShown()) : std::nullopt);
+}
+
+void TextWidget::LayOutAround(std::optional<std::size_t> p_shown) {
+    if (!_font)
         return;
+    _shown = p_shown;
     int const caret = static_cast<int>(ToolbarLayout::Scaled(CaretWidth, _ratio));
-    _line.LayOut(*_text, {_edit.Text(), _edit.Revision(), _edit.SelectionBegin(), _edit.SelectionEnd(), _composition},
-        Has(FlagFocus) ? std::optional(CaretShown()) : std::nullopt, static_cast<int>(Inside().width), caret,
-        _isCentered);
+    _line.LayOut(*_font, {_edit.Text(), _edit.Revision(), _edit.SelectionBegin(), _edit.SelectionEnd(), _composition},
+        p_shown, static_cast<int>(Inside().width), caret, _isCentered);
 }
 
 /// Of a long text no more is laid out than can be seen.
 Assets::TextLayout const& TextWidget::Block(
     std::u32string const& p_text, std::uint64_t p_id, int p_width, int p_height) {
     bool const isSame = _block && _block->id == p_id && _block->width == p_width && _block->height == p_height &&
-        _block->size == _text->Size() && _block->ratio == _text->PixelRatio();
+        _block->size == _font->Size() && _block->ratio == _font->PixelRatio();
     if (isSame)
         return _block->layout;
     constexpr std::int64_t SmallestPart = 4; // of a size, as the side of a character
-    auto const size = std::max<std::int64_t>(1, static_cast<std::int64_t>(_text->Size() * _text->PixelRatio()));
+    auto const size = std::max<std::int64_t>(1, static_cast<std::int64_t>(_font->Size() * _font->PixelRatio()));
     std::int64_t const most = (SmallestPart * p_width / size + 1) * (p_height / size + 1) + size;
     std::size_t const length = std::min<std::size_t>(p_text.size(), static_cast<std::size_t>(most));
     Assets::TextLayout::Options options;
     options.width = p_width;
     options.height = p_height;
     options.breaksLines = _mode == Mode::Label;
-    _block = std::make_unique<LaidOut>(LaidOut{p_id, p_width, p_height, _text->Size(), _text->PixelRatio(),
-        _text->LayOut(length < p_text.size() ? p_text.substr(0, length) : p_text, options)});
+    _block = std::make_unique<LaidOut>(LaidOut{p_id, p_width, p_height, _font->Size(), _font->PixelRatio(),
+        _font->LayOut(length < p_text.size() ? p_text.substr(0, length) : p_text, options)});
     return _block->layout;
 }
 
 Types::Size TextWidget::PreferredSize(DrawContext const& p_context, int p_width) {
-    Ogl::Text& font = Font(p_context);
+    TakeFont(p_context);
     if (_mode == Mode::Label) {
         constexpr int Highest = 1 << 14;
-        Measured now{_edit.Revision(), std::max(p_width, 1), font.Size(), font.PixelRatio(), {}};
+        Measured now{_edit.Revision(), std::max(p_width, 1), _font->Size(), _font->PixelRatio(), {}};
         bool const isSame = _measured && _measured->id == now.id && _measured->width == now.width &&
             _measured->size == now.size && _measured->ratio == now.ratio;
         if (!isSame) {
@@ -518,7 +513,7 @@ Types::Size TextWidget::PreferredSize(DrawContext const& p_context, int p_width)
     }
     LayOut();
     int const padding = _isFramed ? 2 * static_cast<int>(ToolbarLayout::Scaled(PaddingY, _ratio)) : 0;
-    int const width = static_cast<int>(FieldWidthInSizes * font.Size() * _ratio) + padding;
+    int const width = static_cast<int>(FieldWidthInSizes * _font->Size() * _ratio) + padding;
     return {std::min(width, std::max(p_width, 1)), _line.Height() + padding};
 }
 
@@ -528,7 +523,7 @@ void TextWidget::Draw(DrawContext const& p_context) {
     if (!_opacity.IsComplete())
         p_context.Dispatcher().RequestRedraw(TextureWidget::RedrawMilliseconds);
     float const opacity = _opacity.Value();
-    Font(p_context);
+    TakeFont(p_context);
     if (opacity <= 0 || Rectangle().IsEmpty())
         return;
     if (_mode == Mode::Label) {
@@ -556,11 +551,11 @@ void TextWidget::DrawLabel(DrawContext const& p_context, float p_opacity) {
     Types::Schema const& schema = p_context.Schema().Top();
     Types::Viewport<0> const place = Rectangle();
     Types::Size const size = place.Extent();
-    _text->SetHorizontalAlignment(_isCentered ? Ogl::HorizontalAlignment::Center : Ogl::HorizontalAlignment::Start);
-    _text->SetVerticalAlignment(_isCentered ? Ogl::VerticalAlignment::Center : Ogl::VerticalAlignment::Top);
-    _text->SetColor(OverlayShapes::Faded(Has(FlagDisabled) ? schema.disabledColor : schema.textColor, p_opacity));
+    _font->SetHorizontalAlignment(_isCentered ? Ogl::HorizontalAlignment::Center : Ogl::HorizontalAlignment::Start);
+    _font->SetVerticalAlignment(_isCentered ? Ogl::VerticalAlignment::Center : Ogl::VerticalAlignment::Top);
+    _font->SetColor(OverlayShapes::Faded(Has(FlagDisabled) ? schema.disabledColor : schema.textColor, p_opacity));
     Agl agl(p_context.Graphics());
-    _text->Draw(*agl, Block(_edit.Text(), _edit.Revision(), size.width, size.height), place, place);
+    _font->Draw(*agl, Block(_edit.Text(), _edit.Revision(), size.width, size.height), place, place);
 }
 
 void TextWidget::DrawField(DrawContext const& p_context, float p_opacity) {
@@ -570,16 +565,16 @@ void TextWidget::DrawField(DrawContext const& p_context, float p_opacity) {
     QColor const color = OverlayShapes::Faded(Has(FlagDisabled) ? schema.disabledColor : schema.textColor, p_opacity);
     Agl agl(p_context.Graphics());
     if (_edit.Text().empty() && _composition.empty()) {
-        _text->SetHorizontalAlignment(_isCentered ? Ogl::HorizontalAlignment::Center : Ogl::HorizontalAlignment::Start);
-        _text->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
-        _text->SetColor(OverlayShapes::Faded(schema.disabledColor, p_opacity));
-        _text->Draw(*agl,
+        _font->SetHorizontalAlignment(_isCentered ? Ogl::HorizontalAlignment::Center : Ogl::HorizontalAlignment::Start);
+        _font->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
+        _font->SetColor(OverlayShapes::Faded(schema.disabledColor, p_opacity));
+        _font->Draw(*agl,
             Block(_placeholderShown, PlaceholderId | _placeholderNumber, inside.Extent().width, _line.Height()), inside,
             inside);
     } else {
         DrawSelection(p_context, p_opacity);
-        _text->SetColor(color);
-        _line.Draw(*agl, *_text, inside);
+        _font->SetColor(color);
+        _line.Draw(*agl, *_font, inside);
         DrawComposition(p_context, color);
     }
     DrawCaret(p_context, color);

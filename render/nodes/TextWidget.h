@@ -4,6 +4,7 @@
 #include "framework/types/Size.h"
 #include "render/Export.h"
 #include "render/anim/Blender.h"
+#include "render/nodes/SchemaFont.h"
 #include "render/nodes/TextEdit.h"
 #include "render/nodes/TextLine.h"
 #include "render/nodes/Widget.h"
@@ -22,10 +23,6 @@ namespace Qor::Chart::Assets {
 class TextLayout;
 }
 
-namespace Qor::Chart::Ogl {
-class Text;
-}
-
 namespace Qor::Chart::Render {
 
 class TextInputHost;
@@ -36,7 +33,7 @@ class TextInputHost;
 ///
 ///     field.SetMode(TextWidget::Mode::Editable).SetText(L"12.5").SetCommitted([] { take(); });
 ///
-/// An edit ends when it is committed, with Return or with the loss of the focus, or taken back with Escape. Each change
+/// An edit ends when it is committed, with Return or with the loss of the focus, or taken back with Escape. A frame
 /// costs what is to be seen of the text, however long that is.
 class QOR_VIS_API TextWidget : public Widget {
 public:
@@ -61,8 +58,8 @@ public:
     Mode GetMode() const noexcept { return _mode; }
 
     /// Puts another text in place of everything: an edit under way and what could be undone are gone, the caret stands
-    /// at the end. Nobody is told. The same text changes nothing. In a field control characters become blanks; what is
-    /// longer than the maximum is kept.
+    /// at the end. Nobody is told. The same text ends the edit and changes nothing else. In a field control characters
+    /// become blanks; what is longer than the maximum is kept.
     TextWidget& SetText(std::wstring_view p_text);
     /// With what was typed so far, without what an input method is still composing.
     std::wstring Text() const;
@@ -144,12 +141,14 @@ private:
     /// Gives up what is being composed.
     void EndInput();
     void EndComposition();
-    std::size_t PlaceAt(Types::Pos const& p_pos);
+    /// Where a pixel is in the line as it was drawn, from the left end of its space.
+    int InLine(Types::Pos const& p_pos);
 
     /// The space for the text.
     Types::Viewport<0> Inside() const;
-    Ogl::Text& Font(DrawContext const& p_context);
+    void TakeFont(DrawContext const& p_context);
     void LayOut();
+    void LayOutAround(std::optional<std::size_t> p_shown);
     Assets::TextLayout const& Block(std::u32string const& p_text, std::uint64_t p_id, int p_width, int p_height);
     void DrawGround(DrawContext const& p_context, float p_opacity) const;
     void DrawLabel(DrawContext const& p_context, float p_opacity);
@@ -174,7 +173,8 @@ private:
     TextEdit _edit;
     std::u32string _composition; ///< what an input method shows at the caret
     TextLine _line;
-    std::shared_ptr<Ogl::Text> _text; ///< null until it was drawn or measured
+    std::optional<std::size_t> _shown; ///< the place that the line was scrolled to
+    SchemaFont _font; ///< none until it was drawn or measured
     float _ratio = 1; ///< of the last draw
 
     /// A label or a placeholder that is laid out.
@@ -189,7 +189,6 @@ private:
         Types::Size needed;
     };
     std::optional<Measured> _measured;
-    std::string _family; ///< of the fonts
     std::u32string _placeholderShown;
     std::uint64_t _placeholderNumber = 0; ///< counted up with each change of it
 

@@ -1,13 +1,13 @@
 #include "render/nodes/TextureWidget.h"
 
 #include "render/nodes/OverlayShapes.h"
+#include "render/nodes/ShortText.h"
 #include "render/nodes/ToolbarLayout.h"
 #include "render/events/EventInformation.h"
 #include "render/events/EventSink.h"
 #include "render/context/DrawContext.h"
 #include "render/context/EventDispatcher.h"
 #include "render/context/SceneCapabilities.h"
-#include "framework/assets/Resource.h"
 #include "framework/library/TexturedQuad.h"
 #include "framework/ogl/Agl.h"
 #include "framework/ogl/Text.h"
@@ -40,8 +40,8 @@ TextureWidget& TextureWidget::SetTexture(std::shared_ptr<Library::Texture const>
     return *this;
 }
 
-TextureWidget& TextureWidget::SetLabel(std::wstring p_label) {
-    _label = std::move(p_label);
+TextureWidget& TextureWidget::SetLabel(std::wstring const& p_label) {
+    _label = ShortText::Of(p_label);
     return *this;
 }
 
@@ -92,23 +92,10 @@ Types::Size TextureWidget::PreferredSize(DrawContext const& p_context) {
     int const side = static_cast<int>(ToolbarLayout::Scaled(titleBar - ThinnerThanTitleBar, ratio)) + frame;
     if (_texture || _label.empty())
         return {side, side};
-    Types::Size const text = Font(p_context).Extents(_label);
+    _font.Take(p_context);
+    Types::Size const text = _font->Extents(_label);
     int const padding = 2 * static_cast<int>(ToolbarLayout::Scaled(LabelPadding, ratio));
     return {std::max(side, text.width + padding), std::max(side, text.height + frame)};
-}
-
-Ogl::Text& TextureWidget::Font(DrawContext const& p_context) {
-    Types::Schema const& schema = p_context.Schema().Top();
-    auto const size = static_cast<float>(std::max(schema.fontSize, 1));
-    if (!_text) {
-        Agl agl(p_context.Graphics());
-        _text = agl->GenFont(p_context.Resource().FontSet(schema.fontFamily), size);
-        _text->SetHorizontalAlignment(Ogl::HorizontalAlignment::Center);
-        _text->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
-    }
-    _text->SetSize(size);
-    _text->SetPixelRatio(OverlayShapes::PixelRatio(p_context));
-    return *_text;
 }
 
 void TextureWidget::Draw(DrawContext const& p_context) {
@@ -163,10 +150,12 @@ void TextureWidget::DrawSign(DrawContext const& p_context, float p_opacity) {
         quad(p_context.Graphics(), *_texture);
     } else if (!_label.empty()) {
         Types::Schema const& schema = p_context.Schema().Top();
-        Ogl::Text& text = Font(p_context);
-        text.SetColor(Shapes::Faded(Has(FlagDisabled) ? schema.disabledColor : schema.textColor, p_opacity));
+        _font.Take(p_context);
+        _font->SetHorizontalAlignment(Ogl::HorizontalAlignment::Center);
+        _font->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
+        _font->SetColor(Shapes::Faded(Has(FlagDisabled) ? schema.disabledColor : schema.textColor, p_opacity));
         Agl agl(p_context.Graphics());
-        text.Draw(*agl, _label, Shapes::Inset(place, ToolbarLayout::Scaled(1, ratio), 0));
+        _font->Draw(*agl, _label, Shapes::Inset(place, ToolbarLayout::Scaled(1, ratio), 0));
     }
 }
 

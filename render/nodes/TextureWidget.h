@@ -4,6 +4,7 @@
 #include "framework/types/Pos.h"
 #include "render/Export.h"
 #include "render/anim/Blender.h"
+#include "render/nodes/SchemaFont.h"
 #include "render/nodes/Widget.h"
 
 #include <QColor>
@@ -11,10 +12,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-
-namespace Qor::Chart::Ogl {
-class Text;
-}
 
 namespace Qor::Chart::Render {
 
@@ -43,8 +40,8 @@ public:
 
     TextureWidget& SetTexture(std::shared_ptr<Library::Texture const> p_texture);
     std::shared_ptr<Library::Texture const> const& Texture() const noexcept { return _texture; }
-    /// A text in the schema's font and colour in place of a missing texture.
-    TextureWidget& SetLabel(std::wstring p_label);
+    /// A text in the schema's font and colour in place of a missing texture, cut as `ShortText` says.
+    TextureWidget& SetLabel(std::wstring const& p_label);
     std::wstring const& Label() const noexcept { return _label; }
     /// What its owner says about it when the pointer rests on it; the widget keeps it alone.
     TextureWidget& SetToolTip(std::wstring p_text);
@@ -89,11 +86,9 @@ private:
     void DrawSign(DrawContext const& p_context, float p_opacity);
     void DrawFocus(DrawContext const& p_context, float p_opacity) const;
     QColor SignColor(DrawContext const& p_context) const;
-    /// The font of labels, ready for the context.
-    Ogl::Text& Font(DrawContext const& p_context);
 
     std::shared_ptr<Library::Texture const> _texture;
-    std::shared_ptr<Ogl::Text> _text; ///< null until a label was drawn or measured
+    SchemaFont _font; ///< of labels
     std::wstring _label;
     std::wstring _toolTip;
     std::function<void()> _clicked;

@@ -8,7 +8,6 @@
 #include "render/context/PickPoint.h"
 #include "render/context/UpdateContext.h"
 #include "framework/algorithms/Hit.h"
-#include "framework/assets/Resource.h"
 #include "framework/ogl/Agl.h"
 #include "framework/ogl/PushAttribScope.h"
 #include "framework/ogl/Text.h"
@@ -84,26 +83,18 @@ NodeStatus Toolbar::DoUpdate(UpdateContext const& p_context) {
             buttons.push_back(ToolbarButton::Of(p_context, action, Find(action), *this));
     }
     _buttons = std::move(buttons);
-    if (!_text) {
-        Types::Schema const& schema = p_context.Schema();
-        Agl agl(p_context.Graphics());
-        _text = agl->GenFont(
-            p_context.Resource().FontSet(schema.fontFamily), static_cast<float>(std::max(schema.fontSize, 1)));
-        _text->SetHorizontalAlignment(Ogl::HorizontalAlignment::Center);
-        _text->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
-    }
     return NodeStatusOk;
 }
 
 void Toolbar::DoSetupOverlay(DrawContext& p_context, Agl&) {
     Core::Ptr<Model::Toolbar> const model = Shown();
     _pane = p_context.Viewport().Top();
-    bool const isShown = model && _text && !_pane.IsEmpty();
+    bool const isShown = model && !_pane.IsEmpty();
     _layout = isShown ? LaidOut(p_context, *model) : ToolbarLayout();
 }
 
-ToolbarLayout Toolbar::LaidOut(DrawContext const& p_context, Model::Toolbar const& p_model) const {
-    ToolbarPainter const painter(p_context, *_text);
+ToolbarLayout Toolbar::LaidOut(DrawContext const& p_context, Model::Toolbar const& p_model) {
+    ToolbarPainter const painter(p_context, _font);
     ToolbarLayout::Request request{_pane.Extent(), p_model.GetXPosition(), p_model.GetYPosition(), p_model.IsVertical(),
         p_model.IsMovable(), painter.Side(), painter.PixelRatio(), {}};
     for (ToolbarButton const& button : _buttons)
@@ -130,7 +121,7 @@ DrawResult Toolbar::DoDrawOverlay(DrawContext const& p_context) {
     Agl agl(p_context.Graphics());
     Ogl::PushAttribScope const saved(agl, AGL_ENABLE_BIT);
     agl->Disable(AGL_DEPTH_TEST);
-    ToolbarPainter const painter(p_context, *_text);
+    ToolbarPainter const painter(p_context, _font);
     painter.DrawBar(_layout);
     for (std::size_t i = 0; i < _layout.buttons.size(); ++i)
         painter.DrawButton(_buttons[i], _layout.buttons[i], LookOf(i));
@@ -145,7 +136,7 @@ DrawResult Toolbar::DoHighlightOverlay(DrawContext const& p_context) {
     Agl agl(p_context.Graphics());
     Ogl::PushAttribScope const saved(agl, AGL_ENABLE_BIT);
     agl->Disable(AGL_DEPTH_TEST);
-    ToolbarPainter const painter(p_context, *_text);
+    ToolbarPainter const painter(p_context, _font);
     std::wstring const& tip = _buttons[*button].tip;
     Types::Size const pane = _pane.Extent();
     painter.DrawTip(tip, _layout.TipPlace(pane, *button, painter.TipSize(tip, pane)));

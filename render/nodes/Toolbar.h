@@ -11,6 +11,7 @@
 #include "render/core/SelectsBelow.h"
 #include "render/core/Vis.h"
 #include "render/events/EventHandler.h"
+#include "render/nodes/SchemaFont.h"
 #include "render/nodes/ToolTip.h"
 #include "render/nodes/ToolbarButton.h"
 #include "render/nodes/ToolbarLayout.h"
@@ -21,10 +22,6 @@
 #include <memory>
 #include <optional>
 #include <vector>
-
-namespace Qor::Chart::Ogl {
-class Text;
-}
 
 namespace Qor::Chart::Render {
 
@@ -80,7 +77,7 @@ private:
     /// The model, null unless it is there and visible.
     Core::Ptr<Model::Toolbar> Shown() const;
     ToolbarButton const* Find(Core::Ptr<Model::Action> const& p_action) const;
-    ToolbarLayout LaidOut(DrawContext const& p_context, Model::Toolbar const& p_model) const;
+    ToolbarLayout LaidOut(DrawContext const& p_context, Model::Toolbar const& p_model);
     ToolbarPainter::Look LookOf(std::size_t p_button) const;
     /// The button whose tip is to be seen.
     std::optional<std::size_t> TipButton() const;
@@ -99,7 +96,7 @@ private:
 
     Core::WeakRef<Model::Toolbar> _toolbar;
     std::vector<ToolbarButton> _buttons; ///< as the model was at the last update
-    std::shared_ptr<Ogl::Text> _text; ///< null until the first update
+    SchemaFont _font;
     ToolbarLayout _layout; ///< of the last setup, empty while nothing is shown
     Rectangle _pane; ///< of the last setup, in pixels of the window
 

@@ -1,6 +1,7 @@
 #include "render/nodes/ToolbarPainter.h"
 
 #include "render/nodes/OverlayShapes.h"
+#include "render/nodes/SchemaFont.h"
 #include "render/context/DrawContext.h"
 #include "framework/library/Box.h"
 #include "framework/library/TexturedQuad.h"
@@ -11,7 +12,6 @@
 #include "framework/utility/Scoped.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace Qor::Chart::Render {
 
@@ -29,10 +29,11 @@ constexpr float WidestTip = 300;
 
 } // namespace
 
-ToolbarPainter::ToolbarPainter(DrawContext const& p_context, Ogl::Text& p_text)
-    : _context(p_context), _text(p_text), _ratio(OverlayShapes::PixelRatio(p_context)) {
-    _text.SetSize(static_cast<float>(std::max(p_context.Schema().Top().fontSize, 1)));
-    _text.SetPixelRatio(_ratio);
+ToolbarPainter::ToolbarPainter(DrawContext const& p_context, SchemaFont& p_font)
+    : _context(p_context), _font(p_font), _ratio(OverlayShapes::PixelRatio(p_context)) {
+    _font.Take(p_context);
+    _font->SetHorizontalAlignment(Ogl::HorizontalAlignment::Center);
+    _font->SetVerticalAlignment(Ogl::VerticalAlignment::Center);
 }
 
 float ToolbarPainter::Side() const {
@@ -43,14 +44,14 @@ float ToolbarPainter::Side() const {
 float ToolbarPainter::WidthOf(ToolbarButton const& p_button) const {
     if (p_button.texture)
         return Side();
-    auto const text = static_cast<float>(_text.Extents(p_button.label).width);
+    auto const text = static_cast<float>(_font->Extents(p_button.label).width);
     return text + 2 * ToolbarLayout::Scaled(LabelPadding, _ratio);
 }
 
 Types::Size ToolbarPainter::TipSize(std::wstring const& p_tip, Types::Size const& p_pane) const {
     int const padding = 2 * static_cast<int>(ToolbarLayout::Scaled(TipPadding, _ratio));
     int const width = std::min(static_cast<int>(ToolbarLayout::Scaled(WidestTip, _ratio)), p_pane.width - padding);
-    Types::Size const text = _text.Extents(p_tip, std::max(width, 1));
+    Types::Size const text = _font->Extents(p_tip, std::max(width, 1));
     return {std::min(text.width + padding, p_pane.width), std::min(text.height + padding, p_pane.height)};
 }
 
@@ -98,9 +99,9 @@ void ToolbarPainter::DrawTip(std::wstring const& p_tip, Rectangle const& p_place
 }
 
 void ToolbarPainter::DrawText(std::wstring const& p_text, Rectangle const& p_place, QColor const& p_color) const {
-    _text.SetColor(p_color);
+    _font->SetColor(p_color);
     Agl agl(_context.Graphics());
-    _text.Draw(*agl, p_text, p_place);
+    _font->Draw(*agl, p_text, p_place);
 }
 
 } // namespace Qor::Chart::Render

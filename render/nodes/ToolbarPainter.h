@@ -3,14 +3,11 @@
 #include "framework/types/Size.h"
 #include "framework/types/Viewport.h"
 #include "render/Export.h"
+#include "render/nodes/SchemaFont.h"
 #include "render/nodes/ToolbarButton.h"
 #include "render/nodes/ToolbarLayout.h"
 
 #include <string>
-
-namespace Qor::Chart::Ogl {
-class Text;
-}
 
 namespace Qor::Chart::Render {
 
@@ -29,8 +26,8 @@ public:
         Pressed,
     };
 
-    /// Context and text must outlive it. The text takes its size from the schema.
-    ToolbarPainter(DrawContext const& p_context, Ogl::Text& p_text);
+    /// Context and font must outlive it.
+    ToolbarPainter(DrawContext const& p_context, SchemaFont& p_font);
 
     /// Pixels of the device for each logical one, a positive number.
     float PixelRatio() const noexcept { return _ratio; }
@@ -50,7 +47,7 @@ private:
     void DrawText(std::wstring const& p_text, Rectangle const& p_place, QColor const& p_color) const;
 
     DrawContext const& _context;
-    Ogl::Text& _text;
+    SchemaFont& _font;
     float _ratio;
 };
 

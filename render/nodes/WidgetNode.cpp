@@ -55,6 +55,11 @@ void WidgetNode::DoSetupOverlay(DrawContext& p_context, Utility::Scoped<Ogl::Agl
         Place(widget, *placement);
 }
 
+int WidgetNode::SideOf(double p_asked, DrawContext const& p_context) {
+    float const ratio = OverlayShapes::PixelRatio(p_context);
+    return p_asked > 0 ? static_cast<int>(ToolbarLayout::Scaled(static_cast<float>(p_asked), ratio)) : 0;
+}
+
 void WidgetNode::Place(Widget& p_widget, Placement const& p_placement) const {
     Types::Size const pane = _pane.Extent();
     int const width = std::min(p_placement.size.width, pane.width);

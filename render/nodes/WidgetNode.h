@@ -54,6 +54,18 @@ protected:
     virtual Widget& GetWidget() = 0;
     Widget const& GetWidget() const { return const_cast<WidgetNode*>(this)->GetWidget(); }
 
+    /// The size that a model asks for, in pixels of the device. A side of 0 is left to the widget.
+    /// @param p_width, p_height  in logical pixels
+    /// @param p_needed  gives the size that the widget needs, when it is told the width that is asked for, or 0
+    template <class Needed>
+    static Types::Size SizeOf(double p_width, double p_height, DrawContext const& p_context, Needed const& p_needed) {
+        Types::Size const asked(SideOf(p_width, p_context), SideOf(p_height, p_context));
+        if (asked.width > 0 && asked.height > 0)
+            return asked;
+        Types::Size const needed = p_needed(asked.width);
+        return {asked.width > 0 ? asked.width : needed.width, asked.height > 0 ? asked.height : needed.height};
+    }
+
     /// Has the node updated and drawn again, when something came without an event.
     void Refresh();
 
@@ -65,6 +77,7 @@ private:
     DrawResult DoDrawOverlay(DrawContext const& p_context) override;
     bool DoHitOverlay(DrawContext const& p_context, PickPoint const& p_point, HitResult& p_result) override;
 
+    static int SideOf(double p_asked, DrawContext const& p_context);
     void Place(Widget& p_widget, Placement const& p_placement) const;
     bool TakesPress(EventInformation const& p_event) const;
     Types::Pos PlaceOf(EventInformation const& p_event) const;
