@@ -12,32 +12,6 @@ namespace Qor::Chart::Host {
 
 using Render::EventHandler;
 
-namespace {
-
-Render::Vis const* ParentOf(Render::Vis const& p_node) {
-    for (Core::Dependencies::Entry const& entry : p_node.Deps().Entries()) {
-        auto const* const parent = entry.children > 0 ? dynamic_cast<Render::Vis const*>(entry.dependent) : nullptr;
-        if (parent)
-            return parent;
-    }
-    return nullptr;
-}
-
-/// Whether a node is in a tree, and it and all above it take part. The tree may be broken: deeper ones are not drawn.
-bool TakesPart(Render::Vis const& p_node, Render::Vis const& p_root) {
-    constexpr int MaxDepth = 1 << 16;
-    Render::Vis const* node = &p_node;
-    for (int depth = 0; node && depth < MaxDepth; ++depth, node = ParentOf(*node)) {
-        if (!node->IsEnabled())
-            return false;
-        if (node == &p_root)
-            return true;
-    }
-    return false;
-}
-
-} // namespace
-
 void FocusTracker::Take(WeakVis const& p_node, Told p_changed) {
     Core::Ptr<Render::Vis> const node = p_node.Lock(); // who is told may remove it
     if (Has(p_node) || !node)
@@ -65,7 +39,7 @@ void FocusTracker::End() {
 
 void FocusTracker::EndOfGone() {
     Core::Ptr<Render::Vis> const node = _node.Lock();
-    if (IsTaken() && (!node || !TakesPart(*node, *_scene.Visual())))
+    if (IsTaken() && (!node || !node->TakesPartIn(*_scene.Visual())))
         End();
 }
 
@@ -96,13 +70,15 @@ std::vector<FocusTracker::WeakVis> FocusTracker::Candidates() const {
     while (!open.empty()) {
         Core::Ptr<Render::Vis> const node = std::move(open.back());
         open.pop_back();
-        if (!node || !node->IsEnabled() || !known.insert(node.Get()).second)
+        if (!node->IsActive() || !node->IsEnabled() || !known.insert(node.Get()).second)
             continue;
         if (EventCaller::IsConnected(WeakVis(node), EventHandler::EventKeyPress))
             candidates.emplace_back(node);
         auto const first = static_cast<std::ptrdiff_t>(open.size());
-        for (Core::Ptr<Render::Vis> const& child : *node)
-            open.push_back(child);
+        for (Core::Ptr<Render::Vis> const& child : *node) {
+            if (child->HasKeyTakers())
+                open.push_back(child);
+        }
         std::reverse(open.begin() + first, open.end());
     }
     return candidates;

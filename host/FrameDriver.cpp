@@ -16,6 +16,7 @@ namespace Qor::Chart::Host {
 
 using namespace Ogl::Tokens;
 using Render::DrawContext;
+using Render::FrameStatistics;
 using Render::RenderLoop;
 
 namespace {

@@ -5,9 +5,9 @@
 #include "host/Camera.h"
 #include "host/Export.h"
 #include "host/FrameRate.h"
-#include "host/FrameStatistics.h"
 #include "host/View.h"
 #include "render/context/DrawContext.h"
+#include "render/context/FrameStatistics.h"
 #include "render/loops/RenderLoop.h"
 
 #include <array>
@@ -51,7 +51,7 @@ public:
     void SetShowBounds(bool p_show) noexcept { _showBounds = p_show; }
 
     /// What the last update and the last draw did.
-    FrameStatistics const& Statistics() const noexcept { return _statistics; }
+    Render::FrameStatistics const& Statistics() const noexcept { return _statistics; }
 
     /// The matrix that took the scene to normalised device coordinates in the last draw.
     Types::Matrix4 const& SceneToDevice() const noexcept { return _view.SceneToDevice(); }
@@ -60,13 +60,13 @@ private:
     void UpdateTree();
     void DrawPasses(Camera const& p_camera, Types::Viewport<0> const& p_viewport);
     void ClearTarget();
-    void RunPass(FrameStatistics::PassName p_pass, Render::DrawContext& p_context);
+    void RunPass(Render::FrameStatistics::PassName p_pass, Render::DrawContext& p_context);
 
     Scene& _scene;
     View _view;
-    std::array<Render::RenderLoop, FrameStatistics::PassCount> _loops;
-    FrameStatistics _statistics;
-    FrameStatistics _lastFrame; ///< as the nodes see it
+    std::array<Render::RenderLoop, Render::FrameStatistics::PassCount> _loops;
+    Render::FrameStatistics _statistics;
+    Render::FrameStatistics _lastFrame; ///< as the nodes see it
     FrameRate _rate;
     bool _showBounds = false;
 };

@@ -387,6 +387,7 @@ bool InputDispatcher::KeyOffered(int p_key, std::uint32_t p_modifiers, std::wstr
     bool isTaken = false;
     Take([&] {
         _modifiers = p_modifiers;
+        _hover.Restart();
         isTaken = Hold(p_key, _focus.Offer(KeyEvent(p_key, p_text)));
     });
     return isTaken;
@@ -394,6 +395,7 @@ bool InputDispatcher::KeyOffered(int p_key, std::uint32_t p_modifiers, std::wstr
 
 void InputDispatcher::TextComposed(std::wstring const& p_text, std::wstring const& p_composition) {
     Take([this, p_text, p_composition] {
+        _hover.Restart();
         InputEvent event = KeyEvent(Render::EventInformation::KeyNone, p_text);
         event.composition = p_composition;
         _focus.Offer(event);

@@ -24,20 +24,6 @@ namespace {
 /// The shader of the scene lights by itself while no light is in force.
 std::bitset<2> const ShaderOptions = std::bitset<2>().set(Ogl::GenericShader::State::Headlight);
 
-/// Whether a visual node and all above it, up to the root, take part.
-bool IsInForce(Render::Vis const& p_node, Render::Vis const& p_root) {
-    Render::Vis const* node = &p_node;
-    while (node && node->IsActive() && node->IsEnabled() && node != &p_root) {
-        Render::Vis const* parent = nullptr;
-        for (Core::Dependencies::Entry const& entry : node->Deps().Entries()) {
-            if (entry.children > 0)
-                parent = dynamic_cast<Render::Vis const*>(entry.dependent);
-        }
-        node = parent;
-    }
-    return node == &p_root && p_root.IsEnabled();
-}
-
 } // namespace
 
 /// Stands for a light in the visual tree, so that a light which leaves the model or is disabled stops shining. The frame
@@ -107,7 +93,7 @@ std::vector<Core::Ptr<Model::Light>> Scene::Lights() const {
     std::vector<Core::Ptr<Model::Light>> shining;
     for (Core::WeakPtr<Render::Vis> const& weak : *_lights) {
         Core::Ptr<Render::Vis> const vis = weak.Lock();
-        if (!vis || !IsInForce(*vis, *_visual))
+        if (!vis || !vis->TakesPartIn(*_visual))
             continue;
         if (Core::Ptr<Model::Light> light = static_cast<LightVis const&>(*vis).Light())
             shining.push_back(std::move(light));

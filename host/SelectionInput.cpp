@@ -27,17 +27,19 @@ Core::Ptr<Render::Vis> SelectionInput::PaneAt(Types::Pos const& p_position) cons
     return pane;
 }
 
-SelectionInput::List SelectionInput::ListAt(Hits const& p_hits, Core::Ptr<Render::Vis> const& p_beside) const {
+SelectionInput::List SelectionInput::ListAt(Hits const& p_hits, std::optional<Types::Pos> const& p_position) const {
     auto const lists = SelectionLists::Of(_scene.Registrar());
+    if (!lists)
+        return {};
     Render::HitRecord const* const hit = SelectionHits::Foremost(p_hits);
-    Core::Ptr<Render::Vis> const node = hit ? hit->node.Lock() : p_beside;
-    return lists && node ? Ready(lists->ListOf(*node)) : List();
+    Core::Ptr<Render::Vis> const node = hit ? hit->node.Lock() : p_position ? PaneAt(*p_position) : _scene.Visual();
+    return node ? Ready(lists->ListOf(*node)) : List();
 }
 
 bool SelectionInput::Click(InputEvent const& p_input, Hits const& p_hits, ClickState const& p_state) {
-    if (!SelectionLists::Of(_scene.Registrar()) || (p_state.isTaken && !SelectionHits::Foremost(p_hits)))
+    if (p_state.isTaken && !SelectionHits::Foremost(p_hits))
         return false;
-    List const list = ListAt(p_hits, PaneAt(p_input.position));
+    List const list = ListAt(p_hits, p_input.position);
     if (!list)
         return false;
     Core::WeakPtr<Render::Vis> const node(list);
@@ -70,9 +72,7 @@ bool SelectionInput::SelectBox(Render::BoxSelection const& p_box, std::function<
 }
 
 bool SelectionInput::PressKey(InputEvent const& p_input, Hits const& p_hits, bool p_isInside) {
-    if (!SelectionLists::Of(_scene.Registrar()))
-        return false;
-    List const list = ListAt(p_hits, p_isInside ? PaneAt(p_input.position) : _scene.Visual());
+    List const list = ListAt(p_hits, p_isInside ? std::optional(p_input.position) : std::nullopt);
     if (!list)
         return false;
     return _caller.Call({Core::WeakPtr<Render::Vis>(list), nullptr}, EventHandler::EventKeyPress, p_input).status ==

@@ -9,6 +9,7 @@
 #include "render/pick/HitRecord.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace Qor::Chart::Render {
@@ -50,7 +51,8 @@ private:
     using List = Core::Ptr<Render::SelectionList>;
 
     /// Empty when there is none, and while nodes are not to change anything.
-    List ListAt(Hits const& p_hits, Core::Ptr<Render::Vis> const& p_beside) const;
+    /// @param p_position  of the pointer, which has hit these; nothing outside the window
+    List ListAt(Hits const& p_hits, std::optional<Types::Pos> const& p_position) const;
     List Ready(List p_list) const;
     Core::Ptr<Render::Vis> PaneAt(Types::Pos const& p_position) const;
 

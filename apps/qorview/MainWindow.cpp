@@ -154,7 +154,7 @@ void MainWindow::SetUpPanes(Options const& p_options) {
         options.panes = Types::Size(1, 1);
     Host::Scene& scene = _widget->View().GetScene();
     _panes = std::make_unique<PaneGrid>(scene, options);
-    scene.Add(_selection);
+    Share(scene);
     for (Core::Ptr<Model::ModelNode> const& camera : *scene.Model()) {
         for (Core::Ptr<Model::ModelNode> const& child : *camera) {
             auto const pane = Core::DynamicCast<Model::Pane>(child);
@@ -173,6 +173,12 @@ void MainWindow::SetUpPanes(Options const& p_options) {
     }
 }
 
+/// All windows show one selection and the same figures.
+void MainWindow::Share(Host::Scene& p_scene) {
+    p_scene.Add(_statistics);
+    p_scene.Add(_selection);
+}
+
 void MainWindow::Listen() {
     SceneView& view = _widget->View();
     using Changed = Model::Events::SelectionChangedArgs;
@@ -180,6 +186,7 @@ void MainWindow::Listen() {
     ListenTo(view);
     view.SetPopOutCallback([this](SceneView& p_view) {
         p_view.Driver().SetShowBounds(_showsBounds);
+        Share(p_view.GetScene());
         ListenTo(p_view);
     });
     view.SetFilesCallback([this](std::vector<std::string> const& p_files) { Open(p_files, false); });
@@ -197,8 +204,6 @@ void MainWindow::ListenTo(SceneView& p_view) {
     p_view.SetFrameCallback([this, view, taken = std::uint64_t{0}]() mutable {
         if (view == &_widget->View())
             _importer.reset();
-        view->GetScene().Add(_statistics);
-        view->GetScene().Add(_selection);
         _messages->Follow(view->GetScene().Dispatcher(), taken);
     });
 }

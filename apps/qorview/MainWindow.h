@@ -51,6 +51,7 @@ protected:
 private:
     void SetUpScene(Options const& p_options);
     void SetUpPanes(Options const& p_options);
+    void Share(Host::Scene& p_scene);
     void Listen();
     void ListenTo(Host::SceneView& p_view);
     void MakeMenus();

@@ -16,15 +16,15 @@ std::string NameOf(Model::ModelNode const& p_node) {
 
 std::string SelectionText(Model::SelectionList const& p_list) {
     constexpr std::size_t most = 3;
-    Model::SelectionList::Entries const selected = p_list.Selected();
-    if (selected.empty())
+    std::size_t const count = p_list.Count();
+    if (count == 0)
         return "nothing selected";
     std::string text;
-    for (std::size_t i = 0; i < selected.size() && i < most; ++i) {
-        if (Core::Ptr<Model::ModelNode> const node = selected[i].node.Lock())
+    for (Model::SelectionEntry const& entry : p_list.Selected(most)) {
+        if (Core::Ptr<Model::ModelNode> const node = entry.node.Lock())
             text += (text.empty() ? "" : ", ") + NameOf(*node);
     }
-    return std::to_string(selected.size()) + " selected: " + text + (selected.size() > most ? ", ..." : "");
+    return std::to_string(count) + " selected: " + text + (count > most ? ", ..." : "");
 }
 
 std::string NameInTree(Core::WeakPtr<Model::ModelNode> const& p_node) {

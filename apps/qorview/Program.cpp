@@ -139,7 +139,7 @@ void Program::DrawFrames(PictureFile const* p_picture) {
         if (frame > 1 && _options.spin)
             Orbit(360.0 / _options.frames);
         _offscreen->Frame();
-        Host::FrameStatistics statistics = _offscreen->Driver().Statistics();
+        Render::FrameStatistics statistics = _offscreen->Driver().Statistics();
         if (frame == 1) {
             statistics.visited += _prepared.visited;
             statistics.updated += _prepared.updated;

@@ -40,7 +40,7 @@ private:
     std::unique_ptr<Host::Offscreen> _offscreen;
     std::unique_ptr<Host::InputDispatcher> _input; ///< null without a pointer
     std::unique_ptr<PaneGrid> _panes; ///< null without panes
-    Host::FrameStatistics _prepared; ///< of the update before the first frame, when there was one
+    Render::FrameStatistics _prepared; ///< of the update before the first frame, when there was one
     Summary _summary;
 };
 

@@ -7,7 +7,7 @@
 
 namespace Qor::Chart::QorView {
 
-using Host::FrameStatistics;
+using Render::FrameStatistics;
 
 namespace {
 

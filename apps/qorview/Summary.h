@@ -2,7 +2,7 @@
 
 #include "apps/qorview/PickReport.h"
 #include "framework/types/Size.h"
-#include "host/FrameStatistics.h"
+#include "render/context/FrameStatistics.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,7 @@ struct Summary {
     };
 
     std::vector<File> files;
-    std::vector<Host::FrameStatistics> frames; ///< at least one
+    std::vector<Render::FrameStatistics> frames; ///< at least one
     std::size_t nodes = 0; ///< of the visual tree
     std::uint64_t reports = 0; ///< errors and warnings of nodes
     std::string device;

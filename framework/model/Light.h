@@ -12,7 +12,7 @@
 namespace Qor::Chart::Model {
 
 /// A source of light, placed in scene coordinates. Colours and numbers mean what they mean to OpenGL's fixed-function
-/// lighting. Values that are not finite or out of their range are refused with a message to the logger.
+/// lighting. It lights what is drawn outside of panes: a pane lights its scene itself. Values that are not finite or out of their range are refused with a message to the logger.
 class QOR_FRAMEWORK_API Light : public ModelNode {
 public:
     using Vector = Types::Vector3_Base<double>;

@@ -179,11 +179,14 @@ bool SelectionList::ForgetGone() {
     return Report({}, std::move(removed));
 }
 
-SelectionList::Entries SelectionList::Selected() const {
+SelectionList::Entries SelectionList::Selected(std::size_t p_most) const {
     Entries selected;
-    selected.reserve(_storage->entries.size());
-    std::ranges::copy_if(
-        _storage->entries, std::back_inserter(selected), [](Entry const& p_entry) { return !p_entry.node.Expired(); });
+    selected.reserve(std::min(p_most, _storage->entries.size()));
+    for (auto entry = _storage->entries.begin(); entry != _storage->entries.end() && selected.size() < p_most;
+         ++entry) {
+        if (!entry->node.Expired())
+            selected.push_back(*entry);
+    }
     return selected;
 }
 
@@ -214,8 +217,8 @@ bool SelectionList::Report(Entries p_added, Entries p_removed, bool p_isReordere
     if (p_added.empty() && p_removed.empty() && !p_isReordered)
         return false;
     Core::Ptr<SelectionList> const self(this);
-    TouchThis(ModifiableTypeProperty, ChangeModified, RelationshipSelf, {}, name, {});
     _storage->untold.emplace_back(Core::WeakPtr<ModelNode>(self), std::move(p_added), std::move(p_removed));
+    TouchThis(ModifiableTypeProperty, ChangeModified, RelationshipSelf, {}, name, {});
     if (_storage->isTelling)
         return true;
     _storage->isTelling = true;

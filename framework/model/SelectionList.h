@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -72,8 +73,8 @@ public:
 
     /// \name Asking
     /// @{
-    /// What is selected and not gone, in order.
-    Entries Selected() const;
+    /// What is selected and not gone, in order; the first of them where there are more than so many.
+    Entries Selected(std::size_t p_most = std::numeric_limits<std::size_t>::max()) const;
     /// How many these are; looks at each of them.
     std::size_t Count() const noexcept;
     bool IsSelected(Core::WeakPtr<ModelNode> const& p_node, std::optional<std::uint64_t> p_index = {}) const noexcept;

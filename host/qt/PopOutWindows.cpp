@@ -49,8 +49,8 @@ void PopOutWindows::PopOut(
     auto window = std::make_unique<SceneWindow>();
     try {
         Core::Ptr<Model::ModelNode> const root = p_factory ? p_factory(p_content) : Core::Ptr<Model::ModelNode>();
-        _setUp(window->View());
         window->View().SetModel(root);
+        _setUp(window->View());
         window->setTitle(TitleOf(*root));
     } catch (std::exception const& error) {
         Refuse(p_restore, error.what());

@@ -18,7 +18,7 @@ class SceneWindow;
 /// still open when this ends are closed first.
 class QOR_HOSTQT_API PopOutWindows : public Render::PopOutHost {
 public:
-    /// @param p_setUp  prepares the view of a new window before it gets its content
+    /// @param p_setUp  prepares the view of a new window, which has its content by then
     explicit PopOutWindows(std::function<void(SceneView&)> p_setUp) : _setUp(std::move(p_setUp)) {}
     ~PopOutWindows() override;
     PopOutWindows(PopOutWindows const&) = delete;

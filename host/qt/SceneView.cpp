@@ -77,6 +77,12 @@ int KeyOf(int p_key) {
     return isSign ? EventInformation::KeySign + p_key : p_key;
 }
 
+/// What stays the same from the press of a key to its release, unlike its code, which depends on Shift.
+std::pair<std::uint32_t, int> PlaceOnKeyboard(QKeyEvent const& p_event) {
+    std::uint32_t const place = p_event.nativeScanCode();
+    return {place, place == 0 ? p_event.key() : 0};
+}
+
 /// A key as nodes are to understand it: whatever the desktop uses to copy and paste is the same to them.
 struct KeyStroke {
     explicit KeyStroke(QKeyEvent const& p_event)
@@ -429,10 +435,13 @@ void SceneView::Wheel(QWheelEvent& p_event) {
 bool SceneView::Key(QKeyEvent& p_event) {
     auto const [key, modifiers] = KeyStroke(p_event);
     if (p_event.type() == QEvent::KeyRelease) {
-        if (!p_event.isAutoRepeat())
-            _input.KeyReleased(key, modifiers);
+        if (p_event.isAutoRepeat())
+            return false;
+        auto const pressed = _pressedKeys.extract(PlaceOnKeyboard(p_event));
+        _input.KeyReleased(pressed.empty() ? key : pressed.mapped(), modifiers);
         return false;
     }
+    _pressedKeys.insert_or_assign(PlaceOnKeyboard(p_event), key);
     if (std::exchange(_overriddenKey, std::nullopt) == p_event.key())
         return true;
     _isKeyTaken = true; // unless the dispatcher finds nobody and hands it on
@@ -456,7 +465,8 @@ bool SceneView::OverrideShortcut(QKeyEvent& p_event) {
 }
 
 void SceneView::Compose(QInputMethodEvent& p_event) {
-    _input.TextComposed(p_event.commitString().toStdWString(), p_event.preeditString().toStdWString());
+    if (_textInput.IsActive()) // else it is what was given up
+        _input.TextComposed(p_event.commitString().toStdWString(), p_event.preeditString().toStdWString());
     p_event.accept();
 }
 

@@ -10,6 +10,7 @@
 #include "host/Navigator.h"
 #include "host/Scene.h"
 #include "host/WindowPixels.h"
+#include "host/qt/Callback.h"
 #include "host/qt/Export.h"
 #include "host/qt/PopOutWindows.h"
 #include "host/qt/TextInput.h"
@@ -17,7 +18,9 @@
 #include <QPointF>
 #include <QTimer>
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -86,8 +89,8 @@ public:
     void SetErrorCallback(std::function<void(std::string const&)> p_callback) {
         _errorCallback = std::move(p_callback);
     }
-    /// Called with each window for content of a pane before it shows. It has this view's schema by then, and the camera
-    /// of the pane.
+    /// Called with each window for content of a pane before it shows. It has the content by then, this view's schema,
+    /// and the camera of the pane.
     void SetPopOutCallback(std::function<void(SceneView&)> p_callback) { _popOutCallback = std::move(p_callback); }
 
     /// \name Called by the surface
@@ -150,15 +153,16 @@ private:
     bool _isFitWanted = true;
     bool _isInFrame = false;
     bool _isKeyTaken = false;
+    std::map<std::pair<std::uint32_t, int>, int> _pressedKeys; ///< by their places, as their presses were understood
     std::optional<int> _overriddenKey; ///< has been used already when its press comes
     double _fingerDistance = 0; ///< between two fingers, in logical pixels; 0 while there are fewer
     Types::Pos _pointer{-1, -1}; ///< where it was last; outside at first
     std::string _lastFailure;
-    std::function<void(std::vector<std::string> const&)> _filesCallback;
-    std::function<bool(InputEvent const&)> _keyCallback;
-    std::function<void()> _frameCallback;
-    std::function<void(std::string const&)> _errorCallback;
-    std::function<void(SceneView&)> _popOutCallback;
+    Callback<void(std::vector<std::string> const&)> _filesCallback;
+    Callback<bool(InputEvent const&)> _keyCallback;
+    Callback<void()> _frameCallback;
+    Callback<void(std::string const&)> _errorCallback;
+    Callback<void(SceneView&)> _popOutCallback;
 };
 
 } // namespace Qor::Chart::Host

@@ -78,6 +78,27 @@ bool Vis::IsEnabled() const {
     return model ? model->IsEnabled() : IsFlagged(VisFlagSelfManaged);
 }
 
+Vis const* Vis::Parent() const noexcept {
+    for (Core::Dependencies::Entry const& entry : Deps().Entries()) {
+        auto const* const parent = entry.children > 0 ? dynamic_cast<Vis const*>(entry.dependent) : nullptr;
+        if (parent)
+            return parent;
+    }
+    return nullptr;
+}
+
+bool Vis::TakesPartIn(Vis const& p_root) const {
+    constexpr int maxDepth = 1 << 16; // deeper ones are not drawn, and a broken tree may lead back to itself
+    Vis const* node = this;
+    for (int depth = 0; node && depth < maxDepth; ++depth, node = node->Parent()) {
+        if (!node->IsActive() || !node->IsEnabled())
+            return false;
+        if (node == &p_root)
+            return true;
+    }
+    return false;
+}
+
 void Vis::RegisterCB(HandledCallbacks p_callback) {
     if (IsHandled(p_callback))
         return;

@@ -134,6 +134,16 @@ public:
     bool ActiveEmpty() const noexcept { return !_hasActiveChildren; }
     bool HasActiveChildren() const noexcept { return _hasActiveChildren; }
 
+    /// The node whose child it is, the first of several; null at the top of a tree.
+    Vis const* Parent() const noexcept;
+    /// Whether the node is in the tree of this root, and it and all above it are active and enabled.
+    bool TakesPartIn(Vis const& p_root) const;
+
+    /// For event handlers: whether the node itself wants the presses of keys.
+    void SetTakesKeys(bool p_takes) noexcept { _takesKeys = p_takes; }
+    /// Whether the node or an active one below it wants them, as of its last update.
+    bool HasKeyTakers() const noexcept { return _hasKeyTakers; }
+
     ExplicitModificationTracker const& Tracker() const noexcept { return _tracker; }
 
 protected:
@@ -213,6 +223,8 @@ private:
     bool _hasActiveChildren : 1 = false;
     bool _hasNewPaths : 1 = true; ///< a node at or below this one may have no path yet
     bool _wasEntered : 1 = false; ///< the update under way has run this node's hooks; its parent clears it
+    bool _takesKeys : 1 = false;
+    bool _hasKeyTakers : 1 = false;
     HandledCallbackSet _handled;
     CallbackTypeBitSet _optimalPaths;
     ExplicitModificationTracker _tracker;
@@ -272,6 +284,9 @@ protected:
         p_vis._boundingBox = p_box;
     }
     static void SetHasActiveChildren(Vis& p_vis, bool p_any) noexcept { p_vis._hasActiveChildren = p_any; }
+    static void SetHasKeyTakers(Vis& p_vis, bool p_anyBelow) noexcept {
+        p_vis._hasKeyTakers = p_vis._takesKeys || p_anyBelow;
+    }
     static void SetEntered(Vis& p_vis) noexcept { p_vis._wasEntered = true; }
     /// Whether the update under way has run the node's hooks; forgets it.
     static bool TakeEntered(Vis& p_vis) noexcept {

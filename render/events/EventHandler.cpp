@@ -1,5 +1,6 @@
 #include "render/events/EventHandler.h"
 
+#include "render/core/Vis.h"
 #include "framework/core/Node.h"
 
 #include <boost/any.hpp>
@@ -83,6 +84,9 @@ void EventHandler::Write(Core::Node& p_node, EventName p_event, bool p_on) {
     if (_defined[position] == p_on)
         return;
     _defined[position] = p_on;
+    auto* const vis = p_event == EventKeyPress ? dynamic_cast<Vis*>(&p_node) : nullptr;
+    if (vis)
+        vis->SetTakesKeys(p_on);
     p_node.TouchThis(Core::IModifiable::ModifiableTypeGeneric,
         p_on ? Core::IModifiable::ChangeModified : Core::IModifiable::ChangeClear, Core::IModifiable::RelationshipSelf,
         Core::WeakPtr<Core::Node>(), "callback", boost::any());

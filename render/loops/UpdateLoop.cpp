@@ -268,10 +268,11 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
     }
 }
 
-/// Takes up what the children's updates came to: which of them are active, their box and their passes.
+/// Takes up what the children's updates came to: which of them are active or take keys, their box and their passes.
 [[gnu::noinline]] void UpdateLoop::GatherChildren(Vis& p_vis, UpdateRun& p_run, Step& p_step) {
     Box box;
     bool anyActive = false;
+    bool anyTakesKeys = false;
     bool isSorted = true;
     int layer = Vis::LowestLayer;
     for (Core::Ptr<Vis> const& entry : p_vis) {
@@ -284,6 +285,7 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
             child.SetActive(isActive);
         }
         anyActive = anyActive || isActive;
+        anyTakesKeys = anyTakesKeys || (isActive && child.HasKeyTakers());
         if (isActive && !child.IsFlagged(Vis::VisFlagContextRoot) && child.BoundingBox().IsDefined())
             box.Add(child.BoundingBox());
         int const next = ClampedLayer(child);
@@ -292,6 +294,7 @@ void UpdateLoop::ActivateChildren(Vis& p_vis, Step& p_step) {
     }
     p_step.isSorted = isSorted && !p_vis.IsHandled(HandledPostUpdate);
     SetHasActiveChildren(p_vis, anyActive);
+    SetHasKeyTakers(p_vis, anyTakesKeys);
 
     if (p_vis.IsHandled(HandledBoundingBox)) {
         try {
