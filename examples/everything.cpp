@@ -1,5 +1,5 @@
-// One scene with every kind of node: stations around a harbour, with a legend, a selection, panes, buttons and figures.
-// Writes everything.png, or the file that is named.
+// One scene with every kind of node but lights, which do not shine into panes: stations around a harbour, with a legend, a
+// selection, panes, buttons and figures. Writes everything.png, or the file that is named.
 #include "framework/library/ColorMap.h"
 #include "framework/model/Bitmap.h"
 #include "framework/model/ColorPicker.h"

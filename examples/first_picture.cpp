@@ -29,7 +29,7 @@ int main(int p_argc, char** p_argv) {
         }
         if (!picture.Render().save(file, "PNG"))
             throw std::runtime_error("The picture cannot be written; name another file.");
-        Host::FrameStatistics const& frame = picture.Driver().Statistics();
+        Render::FrameStatistics const& frame = picture.Driver().Statistics();
         std::cout << file.toStdString() << ": " << frame.updated << " nodes updated, " << frame.Drawn() << " drawn\n";
     } catch (std::exception const& error) {
         std::cerr << error.what() << '\n';
