@@ -107,6 +107,8 @@ struct Window : Render::TextInputHost {
             boxes[0]->SetVisible(false);
         else if (p_step == "hidepane")
             pane->SetVisible(false);
+        else if (p_step == "fail")
+            Node(0)->SetInvalid();
         else if (p_step == "remove")
             pane->Remove(boxes[0]);
         else
@@ -161,6 +163,8 @@ TEST(FocusTest, goesWhereTheUserPointsAndTabsAndEndsWithItsReason) {
              {"leave a b enter type c", "-", "", L""},
              {"a type hide", "-", "", L"o"},
              {"b hidepane", "-", "", L""},
+             {"a fail", "-", "", L""},
+             {"fail +", "b", "", L""},
              {"a remove", "-", "", L""},
              {"b remove", "b", "", L""},
              {"a remove +", "b", "", L""},
@@ -182,6 +186,14 @@ TEST(FocusTest, goesWhereTheUserPointsAndTabsAndEndsWithItsReason) {
                                      : Model::Pane::ProjectionMode::Perspective)
             << "the key is the pane's again, after " << test.steps;
     }
+}
+
+TEST(FocusTest, aClickMeansWhatWasSeenBeforeTheCaretCame) {
+    Window window;
+    window.boxes[0]->SetText(std::wstring(200, L'm'));
+    window.Frame();
+    window.Do("a");
+    EXPECT_LT(window.Node(0)->Field().Caret(), 5U) << "near the beginning, and not where the caret was";
 }
 
 TEST(FocusTest, whatIsTypedReachesTheModelOnceAndListenersMayDoAnything) {

@@ -1,13 +1,17 @@
 #include "host/FrameDriver.h"
 
 #include "framework/model/Group.h"
+#include "framework/model/Pane.h"
 #include "framework/model/SimpleObject.h"
 #include "framework/ogl/RecorderBackend.h"
+#include "framework/qordebug/highrestimer.h"
+#include "host/FrameRate.h"
 #include "host/HostError.h"
 #include "host/Scene.h"
 
 #include <gmock/gmock.h>
 
+#include <optional>
 #include <string>
 
 namespace Qor::Chart::Host {
@@ -18,7 +22,8 @@ using testing::HasSubstr;
 
 Types::Viewport<0> const Window(0, 0, 200, 100);
 
-/// A model node of the program's own, and the visual node that writes down in which passes it is drawn.
+/// A model node of the program's own, and the visual node that writes down in which passes it is drawn, and what the
+/// context says of the last frame.
 class Probe : public Model::ModelNode {};
 
 class ProbeVis : public Render::Vis {
@@ -30,6 +35,7 @@ public:
             RegisterCB(hook);
     }
     Core::WeakPtr<Model::ModelNode> SourceModel() const override { return _model; }
+    static inline std::optional<Render::FrameStatistics> seen;
 
 private:
     Types::BoundingBox_Base<double> DoBoundingBox(Types::BoundingBox_Base<double> const&) override {
@@ -37,10 +43,7 @@ private:
     }
     Render::DrawResult Note(DrawContext const& p_context, char const* p_pass) {
         _passes += p_pass + std::to_string(static_cast<int>(p_context.Mode()));
-        EXPECT_EQ(p_context.Viewport().Top(), Window);
-        EXPECT_TRUE(p_context.ModelView().Top().IsIdentity());
-        Ogl::Agl const& agl = *p_context.Graphics().Get();
-        EXPECT_EQ(agl.Get(Ogl::Tokens::AGL_PROJECTION_MATRIX), p_context.Projection().Top());
+        seen = p_context.LastFrame() ? std::optional(*p_context.LastFrame()) : std::nullopt;
         return {};
     }
     Render::DrawResult DoDraw(DrawContext const& p_context) override { return Note(p_context, " base "); }
@@ -61,12 +64,6 @@ struct FrameTest : testing::Test {
         });
     }
 
-    template <class Parent>
-    static Core::Ptr<Model::SimpleObject> AddCube(Parent& p_parent) {
-        auto cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
-        p_parent.Add(cube);
-        return cube;
-    }
     void Frame() { driver.Frame(camera, Window); }
 
     std::string passes;
@@ -82,36 +79,27 @@ TEST_F(FrameTest, drawsTheFourPassesInOrderEachInItsMode) {
     EXPECT_EQ(driver.Statistics().Drawn(), 4U);
 }
 
-TEST_F(FrameTest, anUnchangedTreeCostsOneVisitAndAChangeOnlyItsPath) {
-    auto const group = Core::MakeNode<Model::Group>();
-    scene.Add(group);
-    for (int i = 0; i < 50; ++i)
-        AddCube(*group);
-    auto const cube = AddCube(scene);
-    cube->SetTransform(Types::Matrix4::Translation({10, 0, 0}));
-    Frame();
-    camera.Orbit(20, 0);
-    Frame();
-    EXPECT_EQ(driver.Statistics().visited, 1U);
-    EXPECT_EQ(driver.Statistics().updated, 0U);
-    EXPECT_EQ(driver.Statistics().Drawn(), 51U);
-    EXPECT_EQ(scene.Bounds(), (Types::BoundingBox_Base<double>({-0.5, -0.5, -0.5}, {10.5, 0.5, 0.5})));
-    EXPECT_EQ(scene.Parts().size(), 51U);
-    cube->SetColor(Qt::red);
-    Frame();
-    EXPECT_EQ(driver.Statistics().visited, 3U) << "the root, the cube and the group beside it";
-    EXPECT_EQ(driver.Statistics().updated, 1U);
-}
-
-TEST_F(FrameTest, emptyViewportsAndScenesDrawNothingAndLeaveTheStacksAlone) {
-    auto const depths = scene.Graphics().Depths();
-    for (auto const& [viewport, clears] : {std::pair(Types::Viewport<0>(), 0U), {Window, 2U}}) {
-        driver.Frame(camera, viewport);
-        EXPECT_EQ(driver.Statistics().graphics.clears, clears);
-        EXPECT_EQ(driver.Statistics().graphics.drawCalls, 0U);
-        EXPECT_EQ(scene.Graphics().Depths(), depths);
+TEST_F(FrameTest, eachViewHandsTheFiguresOfItsOwnLastFrameToTheNodes) {
+    auto const symbol = Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube);
+    auto const pane = Core::MakeNode<Model::Pane>();
+    pane->Add(Core::MakeNode<Probe>());
+    scene.Add(pane);
+    FrameDriver drivers[]{FrameDriver(scene), FrameDriver(scene)};
+    std::optional<Render::FrameStatistics> last[2];
+    for (int frame = 0; frame < 6; ++frame) {
+        int const view = frame == 3 ? 1 : frame % 2;
+        pane->Add(Core::MakeNode<Model::SimpleObject>(symbol));
+        drivers[view].Frame(camera, Window);
+        ASSERT_EQ(ProbeVis::seen.has_value(), last[view].has_value()) << frame;
+        if (last[view]) {
+            Render::FrameStatistics const& seen = *ProbeVis::seen;
+            EXPECT_EQ(seen.frame, last[view]->frame);
+            EXPECT_EQ(seen.Drawn(), last[view]->Drawn());
+            EXPECT_EQ(seen.graphics, last[view]->graphics);
+            EXPECT_EQ(seen.framesPerSecond, drivers[view].Statistics().framesPerSecond) << "as it is now";
+        }
+        last[view] = drivers[view].Statistics();
     }
-    EXPECT_EQ(scene.Graphics().CheckError(), "");
 }
 
 TEST_F(FrameTest, aModelThatCannotBeShownIsOneSentenceAndChangesNothing) {
@@ -124,18 +112,37 @@ TEST_F(FrameTest, aModelThatCannotBeShownIsOneSentenceAndChangesNothing) {
     class Stranger : public Model::ModelNode {};
     for (auto const& [root, part] : {std::pair(Core::Ptr<Model::ModelNode>(), "needs a model node"),
              {Core::MakeNode<Stranger>(), "no factory"}, {outer, "\"snake\" contains itself"}}) {
-        try {
-            scene.SetModel(root);
-            ADD_FAILURE() << part;
-        } catch (HostError const& error) {
-            EXPECT_THAT(error.what(), HasSubstr(part));
-        }
+        EXPECT_THAT([&] { scene.SetModel(root); }, testing::ThrowsMessage<HostError>(HasSubstr(part)));
         EXPECT_EQ(scene.Model(), before);
     }
     inner->Remove(*outer);
     scene.SetModel(outer);
     Frame();
     EXPECT_EQ(driver.Statistics().visited, 2U);
+}
+
+TEST(FrameRateTest, framesAreCountedOverTheLastSecond) {
+    qordebug::manualclock clock;
+    FrameRate rate;
+    auto const frames = [&](int p_count, std::uint64_t p_every, std::uint64_t p_takes = 0) {
+        double last = 0;
+        for (int i = 0; i < p_count; ++i) {
+            last = rate.Begin();
+            clock.advance(p_takes);
+            rate.End();
+            clock.advance(p_every - p_takes);
+        }
+        return last;
+    };
+    EXPECT_EQ(frames(1, 10), 0) << "the first";
+    EXPECT_DOUBLE_EQ(frames(1, 10), 100);
+    EXPECT_DOUBLE_EQ(frames(50, 20), 51) << "the second has two of 10 ms";
+    EXPECT_DOUBLE_EQ(frames(200, 20), 50);
+    EXPECT_DOUBLE_EQ(frames(1000, 1), 1000);
+    EXPECT_DOUBLE_EQ(frames(5, 4000, 3900), 0.25) << "slow frames are no pause";
+    clock.advance(1100);
+    EXPECT_EQ(frames(1, 10), 0) << "after a pause";
+    EXPECT_DOUBLE_EQ(frames(3, 10), 100);
 }
 
 } // namespace

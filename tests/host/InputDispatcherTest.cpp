@@ -1,121 +1,27 @@
 #include "host/InputDispatcher.h"
 
-#include "framework/core/Reference.h"
-#include "framework/model/ModelNode.h"
+#include "tests/host/Actors.h"
 #include "framework/ogl/RecorderBackend.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/qordebug/highrestimer.h"
 #include "framework/utility/Logger.h"
 #include "host/FrameDriver.h"
-#include "host/Scene.h"
-#include "render/events/EventHandler.h"
-#include "render/events/EventInformation.h"
 #include "render/pick/BoxSelection.h"
-#include "render/pick/SelectRecord.h"
 
 #include <gmock/gmock.h>
 
-#include <array>
-#include <set>
 #include <stdexcept>
 
 namespace Qor::Chart::Host {
 namespace {
 
-using Render::EventHandler;
 using Render::EventInformation;
-namespace Event = Render::Event;
 
 Types::Viewport<0> const Window(0, 0, 200, 100);
-std::array<char const*, EventHandler::EventCount> const Names{"over", "move", "out", "begin", "drag", "end", "takes",
-    "dropover", "drop", "click", "double", "scroll", "key", "keyup"};
-
-/// What the nodes of a test are to do, and what they were asked.
-struct Script {
-    std::string calls;
-    std::set<std::string> consumed; ///< such as "A.click"
-    std::map<std::string, std::function<void(EventInformation&)>> actions;
-
-    void Note(std::string const& p_text) { calls += (calls.empty() ? "" : " ") + p_text; }
-};
-
-class Actor : public Model::ModelNode {
-public:
-    Types::Viewport<0> rectangle; ///< where it is hit; of each half with a name of its own
-    double depth = 0;
-    std::set<std::string> events;
-    Script* script = nullptr;
-};
-
-class ActorVis : public Render::Vis, public EventHandler {
-public:
-    explicit ActorVis(Core::Ptr<Actor> const& p_actor)
-        : Vis(p_actor->rectangle.IsEmpty() ? VisFlagContextRoot : 0)
-        , _model(*this, "model")
-        , _script(*p_actor->script) {
-        _model.Attach(p_actor);
-        RegisterCB(Render::HandledHit);
-        RegisterCB(Render::HandledBoundingBox);
-        for (int i = 0; i < EventCount; ++i) {
-            if (p_actor->events.contains(Names[i]))
-                Connect(*this, static_cast<EventName>(i));
-        }
-    }
-    Core::WeakPtr<Model::ModelNode> SourceModel() const override { return _model.Get(); }
-
-    Event::Result OnMouseOver(EventInformation& p_event) override { return Answer(0, p_event); }
-    void OnMouseMove(EventInformation& p_event) override { Answer(1, p_event); }
-    void OnMouseOut(EventInformation& p_event) override { Answer(2, p_event); }
-    Event::Result OnDragBegin(EventInformation& p_event) override { return Answer(3, p_event, true); }
-    void OnDrag(EventInformation& p_event) override { Answer(4, p_event, true); }
-    void OnDragEnd(EventInformation& p_event) override { Answer(5, p_event, true); }
-    bool NotifyDropTarget(EventInformation& p_event, Render::HitRecord const&) override {
-        return Answer(6, p_event) == Event::Consumed;
-    }
-    void OnDropTargetDragOver(EventInformation& p_event, Render::HitRecord const&, DragOverHint p_hint) override {
-        _script.Note(std::array{"enter", "stay", "leave"}[static_cast<std::size_t>(p_hint)]);
-        Answer(7, p_event);
-    }
-    Event::HandlerStatus OnDrop(EventInformation& p_event, Render::HitRecord const&) override {
-        return Answer(8, p_event).status;
-    }
-    Event::Result OnClick(EventInformation& p_event) override { return Answer(9, p_event); }
-    Event::Propagation OnDoubleClick(EventInformation& p_event) override { return Answer(10, p_event).propagation; }
-    Event::Propagation OnScroll(EventInformation& p_event) override { return Answer(11, p_event).propagation; }
-    Event::Result OnKeyPress(EventInformation& p_event) override { return Answer(12, p_event); }
-    void OnKeyRelease(EventInformation& p_event) override { Answer(13, p_event); }
-
-private:
-    Types::BoundingBox_Base<double> DoBoundingBox(Types::BoundingBox_Base<double> const&) override {
-        return {{-1, -1, -1}, {1, 1, 1}};
-    }
-    bool DoHit(Render::DrawContext const&, Render::PickPoint const& p_point, Render::HitResult& p_result) override {
-        Core::Ptr<Actor> const actor = _model.Get().Lock();
-        Types::Viewport<0> const& area = actor->rectangle;
-        bool const isRight = static_cast<float>(p_point.position.x) >= area.x + area.width / 2;
-        if (area.Contains(p_point.position))
-            p_result.records.emplace_back(Ogl::HitRecord::NameFirst + (isRight ? 1 : 0), actor->depth);
-        return true;
-    }
-    Event::Result Answer(std::size_t p_event, EventInformation& p_event2, bool p_withPlace = false) {
-        std::string const call = _model.Get().Lock()->Name() + "." + Names[p_event];
-        Types::Pos const& place = p_event2.position;
-        _script.Note(p_withPlace ? call + "(" + std::to_string(place.x) + "," + std::to_string(place.y) + ")" : call);
-        if (auto const action = _script.actions.find(call); action != _script.actions.end())
-            action->second(p_event2);
-        return _script.consumed.contains(call) ? Event::Consumed : Event::Ignored;
-    }
-
-    Core::WeakRef<Actor> _model;
-    Script& _script;
-};
-
 /// A root R around A (near, x 10 to 50), B (far, x 30 to 110) and C (x 120 to 160), all from y 0 to 40.
 struct InputDispatcherTest : testing::Test {
     InputDispatcherTest() {
-        scene.Factories().Register<Actor>([](Core::Ptr<Model::ModelNode> const& p_model) {
-            return Core::Ptr<Render::Vis>(new ActorVis(Core::Ptr<Actor>(static_cast<Actor*>(p_model.Get()))));
-        });
+        RegisterActors(scene);
         auto& callbacks = input.Callbacks();
         callbacks.click = [this](InputEvent const&, InputCallbacks::Hits const& p_hits, bool p_isTaken) {
             script.Note("click:" + std::to_string(p_hits.size()) + (p_isTaken ? "taken" : ""));
@@ -310,7 +216,11 @@ TEST_F(InputDispatcherTest, callsBackAndTimesOut) {
             p_event.CallLater(500, [this, name] { script.Note(name); });
             p_event.CallLater(450, [this] { script.Note("first"); });
         };
-    Play("move 35 20, late, due, frame, move 36 20");
+    Play("move 35 20");
+    clock.advance(300);
+    input.TextComposed(L"a", L"");
+    EXPECT_EQ(input.DueIn(), 400) << "text is input, too";
+    Play("late, due, frame, move 36 20");
     EXPECT_EQ(script.calls, "A.over A.out A.over") << "a frame is no move";
     Play("press, late, due, escape, release");
     EXPECT_EQ(script.calls, "A.over A.out A.over") << "nobody is left while a button is down";
@@ -381,8 +291,7 @@ TEST_F(InputDispatcherTest, whatTheProgramIsToldOfHoveringComesInPairsAndBrokenB
     script.calls.clear();
     for (std::uint64_t const part : {1, 1, 2})
         input.Hover({scene.Visual(), actors["C"], part, {}});
-    input.EndHover(Core::WeakPtr<Model::ModelNode>(actors["C"]));
-    EXPECT_EQ(script.calls, "+C -C +C -C") << "the same again is nothing new";
+    EXPECT_EQ(script.calls, "+C -C +C") << "the same again is nothing new";
 }
 
 } // namespace

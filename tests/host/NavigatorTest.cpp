@@ -1,13 +1,12 @@
 #include "host/Navigator.h"
 
-#include "framework/model/Pane.h"
-#include "framework/model/SimpleObject.h"
+#include "tests/render/support/Models.h"
 #include "framework/ogl/RecorderBackend.h"
 #include "host/FrameDriver.h"
 #include "host/Scene.h"
 #include "render/events/EventInformation.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <tuple>
@@ -15,6 +14,7 @@
 namespace Qor::Chart::Host {
 namespace {
 
+using Render::Fixtures::MakeCube;
 using Vector = Types::Vector3_Base<double>;
 
 /// A row of cubes in the window and three panes: one with another in it, one that lies over its corner, both seen by the
@@ -27,13 +27,13 @@ struct NavigatorTest : testing::Test {
         own->SetViewport({0.5, 0.5, 0.5, 0.5});
         for (auto const& [parent, pane] :
             {std::pair(plain, inner), {inner, Core::Ptr<Model::Pane>()}, {own, nullptr}}) {
-            parent->Add(MakeCube(0));
+            parent->Add(MakeCube());
             if (pane)
                 parent->Add(pane);
         }
         ownCamera->Add(own);
         for (int i = 0; i < 3; ++i)
-            scene.Add(MakeCube(2.0 * i));
+            scene.Add(MakeCube({2.0 * i, 0, 0}));
         scene.Add(plain);
         scene.Add(front);
         scene.Add(ownCamera);
@@ -41,11 +41,6 @@ struct NavigatorTest : testing::Test {
         navigator.SetWindow(Window);
         navigator.FitAll();
         Frame();
-    }
-    static Core::Ptr<Model::ModelNode> MakeCube(double p_x) {
-        auto const cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
-        cube->SetTransform(Types::Matrix4::Translation({p_x, 0, 0}));
-        return cube;
     }
     void Frame() {
         driver.Frame(camera, Window);
@@ -98,9 +93,6 @@ TEST_F(NavigatorTest, thePaneOnTopIsFoundWithItsRectangleAndCamera) {
     EXPECT_EQ(PaneAt({450, 350}), "own");
     EXPECT_EQ(PaneAt({700, 100}), "window");
     EXPECT_EQ(PaneAt({-1, 5}), "window");
-    EXPECT_EQ(navigator.ViewAt({450, 350}).rectangle, Types::Viewport<0>(400, 300, 400, 300));
-    EXPECT_EQ(navigator.ViewAt({450, 350}).camera, Core::WeakPtr<CameraNode>(ownCamera));
-    EXPECT_TRUE(navigator.ViewAt({10, 10}).camera.Expired());
     front->SetVisible(false);
     Frame();
     EXPECT_EQ(PaneAt({399, 89}), "plain") << "what does not show is not there";
@@ -171,12 +163,40 @@ TEST_F(NavigatorTest, keysLookAndFitWhereThePointerIs) {
     double const zoomed = ownCamera->GetCamera().Zoom();
     input.KeyPressed('F');
     EXPECT_LT(ownCamera->GetCamera().Zoom(), zoomed);
-    InputEvent other;
-    other.key = 'G';
-    EXPECT_FALSE(navigator.PressKey(other));
     { Navigator const passing(scene, input, camera); }
     EXPECT_FALSE(input.Callbacks().drag || input.Callbacks().scroll || input.Callbacks().keyPress) << "nobody is there";
     EXPECT_TRUE(scene.Dispatcher().UpdateRequested());
+}
+
+TEST_F(NavigatorTest, panesAreMovedResizedAndTakenBackWithThePointer) {
+    using Render::Fixtures::PixelViewport;
+    own->SetMovable(true);
+    own->SetResizable(true);
+    own->SetViewport(PixelViewport(400, 300, 300, 200));
+    Frame();
+    Drag({500, 490}, {530, 470}, 0);
+    EXPECT_EQ(own->GetViewport(), PixelViewport(430, 280, 300, 200)) << "by its title bar";
+    Drag({729, 280}, {719, 290}, 0);
+    EXPECT_EQ(own->GetViewport(), PixelViewport(430, 290, 289, 190)) << "by a grip";
+    EXPECT_FALSE(input.IsDragging());
+
+    Types::Viewport<1> const parts(1.0 / 3, 0.2, 0.5, 0.7);
+    for (auto const& [place, isOwn] :
+        {std::pair(Types::Pos(400, 590), false), {{400, 530}, true}, {{268, 121}, true}}) {
+        own->Reset(Model::Pane::ViewportProperty);
+        if (isOwn)
+            own->SetViewport(parts);
+        Frame();
+        input.PointerMoved(place);
+        input.PointerPressed(place);
+        input.PointerMoved({100, 100});
+        EXPECT_NE(own->GetViewport(), isOwn ? parts : Types::Viewport<1>());
+        input.KeyPressed(Render::EventInformation::KeyEscape);
+        input.PointerReleased({100, 100});
+        Frame();
+        EXPECT_EQ(own->GetViewport(), isOwn ? parts : Types::Viewport<1>()) << "to the last digit";
+        EXPECT_EQ(own->IsSet(Model::Pane::ViewportProperty), isOwn);
+    }
 }
 
 } // namespace

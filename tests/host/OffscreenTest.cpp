@@ -1,92 +1,49 @@
 #include "host/Offscreen.h"
 
+#include "tests/host/PictureTest.h"
+#include "tests/render/support/Models.h"
 #include "framework/model/Group.h"
 #include "framework/model/Light.h"
-#include "framework/model/Pane.h"
-#include "framework/model/SimpleObject.h"
-#include "framework/ogl/Context.h"
 #include "host/HostError.h"
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace Qor::Chart::Host {
 namespace {
 
-using Types::RelativeLength;
-
-Core::Ptr<Model::SimpleObject> Shape(Model::SymbolShape p_shape, QColor const& p_color) {
-    auto object = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(p_shape));
-    object->SetColor(p_color);
-    return object;
-}
-
 Core::Ptr<Model::Pane> Pane(int p_x, int p_y, int p_width, int p_height, QColor const& p_background) {
     auto pane = Core::MakeNode<Model::Pane>();
-    pane->SetViewport({RelativeLength::Pixels(p_x), RelativeLength::Pixels(p_y), RelativeLength::Pixels(p_width),
-        RelativeLength::Pixels(p_height)});
+    pane->SetViewport(Render::Fixtures::PixelViewport(p_x, p_y, p_width, p_height));
     pane->SetBackgroundColor(p_background);
     return pane;
 }
 
-/// The colour that is to be seen at a pixel, counted from the lower left corner.
-struct Sample {
-    int x, y;
-    QColor color;
-};
-
-void ExpectSamples(QImage const& p_image, std::vector<Sample> const& p_samples) {
-    for (auto const& [x, y, expected] : p_samples) {
-        QColor const color = p_image.pixelColor(x, p_image.height() - 1 - y);
-        int const difference = std::max({std::abs(color.red() - expected.red()),
-            std::abs(color.green() - expected.green()), std::abs(color.blue() - expected.blue())});
-        EXPECT_LE(difference, 8) << x << ", " << y << ": " << color.name().toStdString();
-    }
-}
-
-/// A picture with OpenGL; the test is skipped on a machine without.
-class OffscreenTest : public testing::Test {
-protected:
-    void SetUp() override {
-        try {
-            picture.emplace(Types::Size(120, 80));
-        } catch (Ogl::ContextError const& error) {
-            GTEST_SKIP() << error.what();
-        }
-    }
-    std::optional<Offscreen> picture;
-};
+using OffscreenTest = PictureTest;
 
 TEST_F(OffscreenTest, theTopRowIsUpOverTheBackgroundAndMirrorsAndShearsAreLitLikeEverythingElse) {
-    picture->GetScene().Schema().clearColor = QColor(10, 20, 200);
+    QColor const background(10, 20, 200);
+    Make({120, 80}, 4);
+    picture->GetScene().Schema().clearColor = background;
     picture->GetCamera().SetProjectionMode(Render::ProjectionMode::Orthographic);
     picture->GetCamera().Look(0, 0);
-    auto const upper = Shape(Model::SymbolShape::Cube, Qt::red);
+    auto const upper = MakeShape(Model::SymbolShape::Cube, Qt::red);
     Types::Matrix4 mirroredAndSheared = Types::Matrix4::Translation({0, 2, 0}) * Types::Matrix4::Scaling({-1, 1, 1});
     mirroredAndSheared.Set(0, 1, 0.2);
     upper->SetTransform(mirroredAndSheared);
     picture->GetScene().Add(upper);
-    picture->GetScene().Add(Shape(Model::SymbolShape::Cube, Qt::blue));
+    picture->GetScene().Add(MakeShape(Model::SymbolShape::Cube, Qt::blue));
     QImage const image = picture->Render();
     ASSERT_EQ(image.size(), QSize(120, 80));
-    QColor const background(10, 20, 200);
-    ExpectSamples(
-        image, {{1, 78, background}, {118, 78, background}, {1, 1, background}, {60, 64, Qt::red}, {60, 14, Qt::blue}});
+    ExpectSamples(image,
+        {{1, 78, background}, {118, 78, background}, {1, 1, background}, {60, 64, Qt::red}, {60, 14, Qt::blue}}, 8);
 }
 
 TEST_F(OffscreenTest, panesInPanesShowTheirScenesBackgroundsAndFramesCutByThoseAround) {
-    picture.emplace(Types::Size(200, 150), 0);
+    Make({200, 150});
     auto const outer = Pane(20, 10, 150, 130, Qt::black);
     auto const inner = Pane(50, 40, 150, 60, Qt::yellow);
     auto const innermost = Pane(-10, 10, 50, 80, QColor(0, 0, 0, 0));
-    auto const cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
-    cube->SetColor(Qt::red);
+    auto const cube = MakeShape(Model::SymbolShape::Cube, Qt::red);
     outer->SetBackgroundTopColor(QColor(Qt::white));
     outer->SetBorderColor(Qt::blue);
     inner->SetTitlePinned(true);
@@ -95,13 +52,11 @@ TEST_F(OffscreenTest, panesInPanesShowTheirScenesBackgroundsAndFramesCutByThoseA
         parent->Add(cube);
         parent->Add(child);
     }
-    picture->GetScene().Schema().clearColor = QColor(10, 20, 30);
+    QColor const background(10, 20, 30);
+    picture->GetScene().Schema().clearColor = background;
     picture->GetScene().Add(outer);
     picture->GetCamera().Look(0, 0);
-    QImage const image = picture->Render();
-
-    QColor const background(10, 20, 30);
-    ExpectSamples(image,
+    ExpectSamples(picture->Render(),
         {
             {19, 75, background}, {20, 75, Qt::blue}, {170, 75, background}, {95, 139, Qt::blue},
             {95, 140, background}, // the frame of the outer pane
@@ -109,13 +64,15 @@ TEST_F(OffscreenTest, panesInPanesShowTheirScenesBackgroundsAndFramesCutByThoseA
             {60, 75, Qt::red}, {71, 52, Qt::yellow}, {145, 70, Qt::red}, // cubes, the second over the first pane
             {80, 89, Qt::darkGray}, {120, 100, QColor(198, 208, 220)}, // a title bar
             {69, 80, Qt::red}, {70, 80, Qt::yellow}, {109, 80, Qt::green}, {110, 80, Qt::yellow}, // cut on the left
-        });
+        },
+        8);
 }
 
 TEST_F(OffscreenTest, aLightOfTheModelTakesThePlaceOfTheHeadlight) {
+    Make({120, 80}, 4);
     Offscreen other({64, 64}, 0);
     picture->GetCamera().Look(0, 0);
-    picture->GetScene().Add(Shape(Model::SymbolShape::Sphere, Qt::white));
+    picture->GetScene().Add(MakeShape(Model::SymbolShape::Sphere, Qt::white));
     QImage const headlight = picture->Render();
     auto const light = Core::MakeNode<Model::Light>();
     light->SetDirection({-1, 0, 0});
@@ -133,15 +90,10 @@ TEST_F(OffscreenTest, aLightOfTheModelTakesThePlaceOfTheHeadlight) {
 }
 
 TEST(OffscreenSizeTest, impossibleSizesAreOneSentence) {
-    for (Types::Size const size :
-        {Types::Size(0, 0), Types::Size(-1, 5), Types::Size(1, 16385), Types::Size(16384, 16384)}) {
-        try {
-            Offscreen const picture(size, 0, Offscreen::Device::Recorder);
-            ADD_FAILURE() << size;
-        } catch (HostError const& error) {
-            std::string const text = std::to_string(size.width) + "x" + std::to_string(size.height);
-            EXPECT_THAT(error.what(), testing::AllOf(testing::HasSubstr(text), testing::EndsWith(".")));
-        }
+    for (Types::Size const size : {Types::Size(0, 0), Types::Size(-1, 5), Types::Size(16384, 16384)}) {
+        std::string const text = std::to_string(size.width) + "x" + std::to_string(size.height);
+        EXPECT_THAT([&] { Offscreen(size, 0, Offscreen::Device::Recorder); },
+            testing::ThrowsMessage<HostError>(testing::AllOf(testing::HasSubstr(text), testing::EndsWith("."))));
     }
 }
 

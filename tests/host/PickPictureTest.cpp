@@ -5,14 +5,11 @@
 
 #include "tests/host/RandomScene.h"
 #include "host/FrameDriver.h"
-#include "render/loops/RenderLoop.h"
+#include "host/Offscreen.h"
+#include "framework/model/RenderStyle.h"
 #include "framework/ogl/Context.h"
-#include "framework/ogl/OffscreenTarget.h"
-#include "framework/ogl/OpenGlBackend.h"
-#include "framework/ogl/PushAttribScope.h"
 #include "framework/ogl/RecorderBackend.h"
 
-#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,12 +18,12 @@
 #include <fstream>
 #include <functional>
 #include <map>
+#include <optional>
 #include <sstream>
 
 namespace Qor::Chart::Host {
 namespace {
 
-using namespace Ogl::Tokens;
 using Render::HitRecord;
 
 constexpr int Width = 640;
@@ -34,38 +31,6 @@ constexpr int Height = 480;
 constexpr int Scenes = 12;
 constexpr int PixelsPerScene = 10000;
 Types::Viewport<0> const Window(0, 0, Width, Height);
-
-/// The base layer in plain colours.
-void DrawColors(Scene& p_scene, Camera const& p_camera) {
-    Ogl::Agl& agl = p_scene.Graphics();
-    Render::DrawContext context(Utility::Unscoped<Ogl::Agl>(agl), p_scene.Resource(), p_scene.Images(),
-        p_scene.Dispatcher(), p_scene.Schema(), p_scene.NumberFormat(), p_scene.Geometry(),
-        Render::DrawContext::DrawMode::Draw, std::bitset<2>(), Core::Verbosity::Quiet, p_scene.Capabilities(),
-        boost::make_shared<Ogl::Highlight>());
-    agl.BeginFrame();
-    {
-        Ogl::PushAttribScope const saved(agl, AGL_ALL_ATTRIB_BITS);
-        Types::Matrix4 const camera = p_camera.Matrix(p_scene.Bounds());
-        agl.MatrixMode(AGL_PROJECTION);
-        agl.LoadIdentity();
-        if (p_camera.GetProjectionMode() == Render::ProjectionMode::Perspective)
-            agl.Perspective(Window, p_scene.Bounds(), camera);
-        else
-            agl.Ortho(Window, p_scene.Bounds(), camera);
-        context.Viewport().Set(Window);
-        context.Camera().Set(camera);
-        context.Projection().Set(agl.Get(AGL_PROJECTION_MATRIX));
-        agl.MatrixMode(AGL_MODELVIEW);
-        agl.LoadIdentity();
-        agl.Viewport(Window);
-        agl.ClearColor(QColor(0, 0, 128));
-        agl.Clear(AGL_COLOR_BUFFER_BIT | AGL_DEPTH_BUFFER_BIT);
-        agl.Enable(AGL_DEPTH_TEST);
-        agl.DepthFunc(AGL_LEQUAL);
-        Render::RenderLoop(Render::LayerBase, Render::DrawContext::DrawMode::Draw)(p_scene.Visual(), context);
-    }
-    agl.EndFrame();
-}
 
 /// Whether the picture shows one colour where a pick of the pixel looks, and one pixel around that. The least pick area has
 /// two pixels a side, with the pixel's lower left corner in its middle.
@@ -155,28 +120,28 @@ std::string ReportFolder() {
 }
 
 TEST(PickPictureTest, firstRecordIsTheNodeThatOneSees) {
-    std::unique_ptr<Ogl::Context> context;
-    try {
-        context = std::make_unique<Ogl::Context>();
-    } catch (Ogl::ContextError const& error) {
-        GTEST_SKIP() << error.what();
-    }
-    context->MakeCurrent();
-    Ogl::OffscreenTarget target(Width, Height, 0);
     std::ostringstream table;
     table << "| scene | symbols | panes | pixels | left out: edges | left out: backgrounds | left out: slivers "
              "| compared | of these empty | agreeing |\n|---|---|---|---|---|---|---|---|---|---|\n";
     Counts sum{};
     std::size_t objects = 0, panes = 0;
     for (int i = 1; i <= Scenes; ++i) {
-        Scene scene(std::make_unique<Ogl::OpenGlBackend>());
+        std::optional<Offscreen> offscreen;
+        try {
+            offscreen.emplace(Types::Size(Width, Height), 0);
+        } catch (Ogl::ContextError const& error) {
+            GTEST_SKIP() << error.what();
+        }
+        Scene& scene = offscreen->GetScene();
+        auto const plain = Core::MakeNode<Model::RenderStyle>();
+        plain->SetLighting(false);
+        scene.SetModel(plain);
+        scene.Schema().clearColor = QColor(0, 0, 128);
         RandomScene random(scene, static_cast<unsigned>(i), RandomScene::Kind::Plain);
-        FrameDriver(scene).Update();
+        offscreen->Fit();
         random.Fit(scene, Window);
-        target.Bind();
-        DrawColors(scene, random.camera);
-        target.Release();
-        QImage const picture = target.Read().convertToFormat(QImage::Format_RGB32);
+        offscreen->GetCamera() = random.camera;
+        QImage const picture = offscreen->Render().convertToFormat(QImage::Format_RGB32);
         if (!ReportFolder().empty())
             picture.save(QString::fromStdString(ReportFolder() + "pick-" + std::to_string(i) + ".png"));
         Counts const counts = Compare(scene, random, picture);

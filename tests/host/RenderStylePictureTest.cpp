@@ -180,6 +180,20 @@ TEST_F(RenderStylePictureTest, texturesLieOnShapesAsTheStyleSays) {
     inner->Add(cube);
     style->Add(inner);
     expect("taken away", {green, green, green, green});
+
+    auto const decal = Core::MakeNode<RenderStyle>();
+    auto const modulated = Core::MakeNode<RenderStyle>();
+    decal->SetLighting(false);
+    decal->SetTexture(file);
+    decal->SetTextureFilters(style->GetTextureFilters());
+    decal->SetTextureEnvironment(RenderStyle::Environment::Decal);
+    modulated->SetTextureEnvironment(RenderStyle::Environment::Modulate);
+    cube->SetColor(QColor(255, 255, 255));
+    inner->Remove(cube);
+    modulated->Add(cube);
+    decal->Add(modulated);
+    picture->GetScene().Add(decal);
+    expect("no decal inside", {red, green, blue, Over(green, yellow, 64 / 255.0)});
 }
 
 TEST_F(RenderStylePictureTest, whatIsSelectedOrShimmersThroughKeepsItsTextureAndDensity) {

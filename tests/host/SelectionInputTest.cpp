@@ -1,21 +1,15 @@
 #include "host/InputDispatcher.h"
 
-#include "framework/core/Reference.h"
+#include "tests/host/Actors.h"
 #include "framework/model/Group.h"
-#include "framework/model/Pane.h"
+#include "tests/render/support/Models.h"
 #include "framework/model/SelectionList.h"
-#include "framework/model/SimpleObject.h"
-#include "framework/ogl/Context.h"
 #include "framework/ogl/RecorderBackend.h"
 #include "framework/qordebug/highrestimer.h"
 #include "host/FrameDriver.h"
-#include "host/Offscreen.h"
-#include "host/Scene.h"
-#include "render/events/EventInformation.h"
 #include "render/pick/BoxSelection.h"
-#include "render/pick/SelectRecord.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <sstream>
 
@@ -24,55 +18,7 @@ namespace {
 
 Types::Viewport<0> const Window(0, 0, 400, 100);
 
-/// A rectangle in the pixels of its pane.
-class Tile : public Model::ModelNode {
-public:
-    Types::Viewport<0> area;
-    double depth = 0;
-    bool isSelected = false;
-};
-
-/// Can be selected, but for one named X: that takes clicks.
-class TileVis : public Render::Vis, public Render::EventHandler {
-public:
-    explicit TileVis(Core::Ptr<Model::ModelNode> const& p_model) : _model(*this, "model") {
-        _model.Attach(p_model);
-        RegisterCB(Render::HandledHit);
-        RegisterCB(Render::HandledBoundingBox);
-        Connect(*this, EventClick);
-    }
-    Core::WeakPtr<Model::ModelNode> SourceModel() const override { return _model.Get(); }
-    Render::Event::Result OnClick(Render::EventInformation&) override {
-        return IsButton() ? Render::Event::Consumed : Render::Event::Ignored;
-    }
-
-private:
-    bool IsButton() const { return _model.Peek()->Name() == "X"; }
-    Types::BoundingBox_Base<double> DoBoundingBox(Types::BoundingBox_Base<double> const&) override {
-        return {{-1, -1, -1}, {1, 1, 1}};
-    }
-    bool DoHit(Render::DrawContext const&, Render::PickPoint const& p_point, Render::HitResult& p_result) override {
-        Types::Viewport<0> const& area = _model.Peek()->area;
-        auto const meets = [](int p_at, int p_tolerance, float p_from, float p_to) {
-            return static_cast<float>(p_at + p_tolerance) >= p_from && static_cast<float>(p_at - p_tolerance) < p_to;
-        };
-        if (meets(p_point.position.x, p_point.tolerance.width, area.x, area.Right()) &&
-            meets(p_point.position.y, p_point.tolerance.height, area.y, area.Top()))
-            p_result.records.emplace_back(Ogl::HitRecord::NameFirst, _model.Peek()->depth);
-        return true;
-    }
-    void GetSelectRecords(Render::HitRecord const&, std::list<Render::SelectRecord>& p_records) override {
-        if (!IsButton())
-            p_records.emplace_back(Core::Ptr<Vis>(this), Core::Ptr<Model::ModelNode>(_model.Lock()), GetPath());
-    }
-    void DoSelect(Render::SelectRecord const&, Core::NodePath const&, bool p_selected) override {
-        _model.Lock()->isSelected = p_selected;
-    }
-
-    Core::WeakRef<Tile> _model;
-};
-
-/// On the left a pane with A, B behind its right half, C and the button X; on the right one with D and a list of its
+/// Things that can be selected, but for one named X that takes clicks. On the left a pane with A, B behind its right half, C and the button X; on the right one with D and a list of its
 /// own.
 struct SelectionInputTest : testing::Test {
     void Make() {
@@ -88,10 +34,13 @@ struct SelectionInputTest : testing::Test {
         auto const right = MakePane(200);
         for (auto const& [name, x, depth] :
             {std::tuple("A", 10, 0.1), {"B", 30, 0.2}, {"C", 120, 0.3}, {"X", 165, 0.1}, {"D", 20, 0.1}}) {
-            auto const tile = tiles[name] = Core::MakeNode<Tile>();
+            auto const tile = tiles[name] = Core::MakeNode<Actor>();
             tile->SetName(name);
-            tile->area = {static_cast<float>(x), 10, 30, 30};
+            tile->script = &script;
+            tile->events = {"click"};
+            tile->rectangle = {static_cast<float>(x), 10, 30, 30};
             tile->depth = depth;
+            tile->isSelectable = *name != 'X';
             (*name == 'D' ? right : left)->Add(tile);
         }
         right->Add(inner);
@@ -103,10 +52,8 @@ struct SelectionInputTest : testing::Test {
         Frame();
     }
     static Core::Ptr<Model::Pane> MakePane(int p_x) {
-        using Types::RelativeLength;
         auto pane = Core::MakeNode<Model::Pane>();
-        pane->SetViewport({RelativeLength::Pixels(p_x), RelativeLength::Pixels(0), RelativeLength::Pixels(200),
-            RelativeLength::Pixels(100)});
+        pane->SetViewport(Render::Fixtures::PixelViewport(p_x, 0, 200, 100));
         pane->SetBackgroundPickable(true);
         return pane;
     }
@@ -171,19 +118,20 @@ struct SelectionInputTest : testing::Test {
     }
 
     qordebug::manualclock clock;
+    Script script;
     Scene scene{std::make_unique<Ogl::RecorderBackend>()};
     FrameDriver driver{scene};
     Camera camera;
     InputDispatcher input{scene};
-    std::map<std::string, Core::Ptr<Tile>> tiles;
+    std::map<std::string, Core::Ptr<Actor>> tiles;
     Core::Ptr<Model::SelectionList> outer;
     Core::Ptr<Model::SelectionList> inner;
     std::string calls;
 };
 
 TEST_F(SelectionInputTest, clicksBoxesAndKeysSelectByThePolicy) {
-    scene.Factories().Register<Tile>(
-        [](Core::Ptr<Model::ModelNode> const& p_model) { return Core::Ptr<Render::Vis>(new TileVis(p_model)); });
+    RegisterActors(scene);
+    script.consumed = {"X.click"};
     auto& callbacks = input.Callbacks();
     callbacks.click = [&](auto const&, auto const&, bool p_isTaken) { calls += p_isTaken ? "C" : "c"; };
     callbacks.doubleClick = [&](auto const&, auto const&, bool p_isTaken) { calls += p_isTaken ? "D" : "d"; };
@@ -233,41 +181,6 @@ TEST_F(SelectionInputTest, clicksBoxesAndKeysSelectByThePolicy) {
             EXPECT_EQ(tile->isSelected, list.IsSelected(tile)) << c.steps << ": " << name;
         }
     }
-}
-
-TEST(SelectionPictureTest, theSelectedSymbolAloneIsLit) {
-    std::optional<Offscreen> picture;
-    try {
-        picture.emplace(Types::Size(160, 80), 0);
-    } catch (Ogl::ContextError const& error) {
-        GTEST_SKIP() << error.what();
-    }
-    auto const list = Core::MakeNode<Model::SelectionList>();
-    Scene& shown = picture->GetScene();
-    std::vector<Core::Ptr<Model::ModelNode>> cubes;
-    for (double const x : {-1.0, 1.0}) {
-        auto const cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
-        cube->SetColor(QColor(120, 120, 120));
-        cube->SetTransform(Types::Matrix4::Translation({x, 0, 0}));
-        cubes.push_back(cube);
-        shown.Add(cube);
-    }
-    shown.Add(list);
-    picture->GetCamera().Look(0, 0);
-    picture->GetCamera().Fit({{-2, -1, -1}, {2, 1, 1}}, picture->Viewport());
-    auto const color = [&](int p_x) { return picture->Render().pixelColor(p_x, 40); };
-    picture->Frame();
-    QColor const plain = color(40);
-    for (std::size_t const selected : {0U, 1U}) {
-        list->Replace({cubes[selected]});
-        picture->Frame();
-        QColor const lit = color(selected == 0 ? 40 : 120);
-        EXPECT_GT(lit.blue() - lit.red(), 60) << "towards the colour of the selection";
-        EXPECT_EQ(color(selected == 0 ? 120 : 40), plain);
-    }
-    shown.Model()->Remove(*list);
-    picture->Frame();
-    EXPECT_EQ(color(120), plain) << "a list that leaves takes its selection along";
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <string>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -20,7 +19,6 @@ TEST(UnitConverterTest, convertsByFactorAndOffset) {
     UnitConverter const converter;
     for (auto const& [source, dest, expectedFactor, expectedOffset] :
         {std::tuple(L"ft", L"m", 0.3048, 0.0), {L"km/h", L"m/s", 1 / 3.6, 0}, {L"degF", L"degC", 5.0 / 9, -160.0 / 9},
-            {L"K", L"degF", 1.8, -459.67}, {L"bar", L"psi", 14.503773773, 0}, {L"g/cm3", L"kg/m3", 1000, 0},
             {L"%", L"1", 0.01, 0}, {L" m ", L"cm", 100, 0}, {L"\x00B5m", L"nm", 1000, 0}}) {
         double factor = -1, offset = -1;
         EXPECT_TRUE(converter.AreConvertable(source, dest)) << source;
@@ -48,18 +46,14 @@ TEST(UnitConverterTest, whatIsNoUnitOrNoLinearConversionIsRefusedInSilence) {
 TEST(UnitConverterTest, quantitiesAreShownInSiUnitsUnlessOthersWereChosen) {
     UnitConverter converter;
     EXPECT_EQ(converter.GetDisplayUnit(L"Depth of well", L"ft"), L"m") << "the unit tells what it measures";
-    EXPECT_EQ(converter.GetDisplayUnit(L"Torque", L"lbf.ft"), L"N.m");
     EXPECT_EQ(converter.GetDisplayUnit(L"Mood", L"smile"), L"smile");
 
     converter.SetDisplayUnit(L"Length", L"km");
     EXPECT_EQ(converter.GetDisplayUnit(Types::QuantityUnit(L"Length", L"ft")), Types::QuantityUnit(L"Length", L"km"));
     EXPECT_EQ(converter.GetDisplayUnit(L"Length", L"s"), L"s") << "an impossible choice is passed over";
-    try {
-        converter.SetDisplayUnit(L"Length", L"furlongish");
-        ADD_FAILURE();
-    } catch (HostError const& error) {
-        EXPECT_THAT(error.what(), testing::AllOf(testing::HasSubstr("furlongish"), testing::HasSubstr("Length")));
-    }
+    EXPECT_THAT([&] { converter.SetDisplayUnit(L"Length", L"furlongish"); },
+        testing::ThrowsMessage<HostError>(
+            testing::AllOf(testing::HasSubstr("furlongish"), testing::HasSubstr("Length"))));
     converter.SetDisplayUnit(L"Length", L"");
     EXPECT_EQ(converter.GetDisplayUnit(L"Length", L"ft"), L"m");
 }

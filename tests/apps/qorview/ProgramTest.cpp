@@ -93,23 +93,19 @@ TEST_F(QorViewTest, wrongCommandLinesAreOneSentenceAndExitCode2) {
         std::string named;
     };
     std::vector<Case> cases{{{"--tree"}, "--help"}, {{file, "--spin"}, "--frames"},
-        {{file, "--nonsense"}, "--nonsense"}, {{file, "--png"}, "--png"}, {{file, "--png", ""}, "--png"},
-        {{file, "--frames", "0"}, "--frames \"0\""}, {{file, "--frames", "-3"}, "--frames"},
-        {{file, "--frames", "many"}, "many"}, {{file, "--backend", "magic"}, "magic"},
-        {{file, "--projection", "fisheye"}, "fisheye"}, {{file, "--view", "1"}, "--view"},
+        {{file, "--nonsense"}, "--nonsense"}, {{file, "--png", ""}, "--png"}, {{file, "--frames", "-3"}, "--frames"},
+        {{file, "--backend", "magic"}, "magic"}, {{file, "--projection", "fisheye"}, "fisheye"},
         {{file, "--view", "0,91"}, "0,91"}, {{file, "--view", "nan,0"}, "nan"}, {{file, "--up", "x"}, "--up"},
         {{file, "--samples", "1000"}, "--samples"}, {{file, "--background", "nocolour"}, "nocolour"},
         {{file, "--tree", "--json"}, "--json"}, {{file, "--backend", "recorder", "--png", "a.png"}, "recorder"}};
-    for (char const* const size : {"0x0", "-1x5", "5x-1", "0x100", "16385x1", "1x99999999", "16384x16384", "x", "10x",
-             "x10", "10x10x10", "1e3x5", "garbage", "", " 10x10", "99999999999999999999x5"})
-        cases.push_back({{file, "--png", "a.png", "--size", size}, "--size \"" + std::string(size) + "\""});
-    for (char const* const pixel : {"1280,0", "0,800", "-1,5", "5", "5,", "nan,nan", "1e2,3", "99999999999999999999,1",
-             "2147483648,1", "inf,0", "3.5,4", "", "1,2,3", "1;2"}) {
-        cases.push_back({{file, "--pick", pixel}, "--pick \"" + std::string(pixel) + "\""});
-        cases.push_back({{file, "--hover", pixel}, "--hover \"" + std::string(pixel) + "\""});
-    }
-    for (char const* const panes : {"0x2", "2", "9x1", "axb", "-2x2", "2x2x2"})
-        cases.push_back({{file, "--panes", panes}, "--panes \"" + std::string(panes) + "\""});
+    auto const add = [&](std::vector<std::string> const& p_options, std::vector<std::string> const& p_values) {
+        for (std::string const& option : p_options)
+            for (std::string const& value : p_values)
+                cases.push_back({{file, option, value}, option + " \"" + value + "\""});
+    };
+    add({"--size"}, {"0x0", "-1x5", "16385x1", "1x99999999", "16384x16384", "10x", "10x10x10", "1e3x5", "", " 10x10"});
+    add({"--pick", "--hover"}, {"1280,0", "0,800", "-1,5", "5,", "nan,nan", "2147483648,1", "3.5,4", "", "1,2,3"});
+    add({"--panes"}, {"0x2", "2", "9x1", "axb", "2x2x2"});
     for (Case const& wrong : cases) {
         Outcome const outcome = Run(wrong.words);
         EXPECT_EQ(outcome.code, 2) << wrong.named;
@@ -123,9 +119,8 @@ TEST_F(QorViewTest, unusableFilesAreOneSentenceAndExitCode1) {
     std::string const whole = Content(Data + "demo.glb");
     fs::create_directory(home / "folder.glb");
     std::vector<std::string> const files{"missing.glb", "", "folder.glb", Write("empty.glb", ""),
-        Write("x.xyzzy", "hello"), Write("noextension", "hello"), Write("cut.glb", whole.substr(0, 3000)),
-        Write("half.glb", whole.substr(0, whole.size() / 2)), Write("noise.glb", std::string(4000, '\x5A')),
-        Write("text.stl", "solid"), Write("text.obj", "hello world"),
+        Write("noextension", "hello"), Write("half.glb", whole.substr(0, whole.size() / 2)),
+        Write("noise.glb", std::string(4000, '\x5A')), Write("text.stl", "solid"),
         Write("text.ply", "ply\nformat ascii 1.0\nelement vertex 4000000000\n"), Write("wrong.gltf", "{\"asset\":{}")};
     std::size_t const before = FilesInHome();
     for (std::string const& file : files) {
@@ -152,13 +147,9 @@ TEST_F(QorViewTest, withoutADisplayThereIsOneSentenceThatNamesAnotherWay) {
     }
 }
 
-TEST_F(QorViewTest, unreadableFilesAndUnwritablePicturesAreOneSentence) {
-    if (geteuid() != 0) {
-        fs::permissions(Write("secret.obj", "v 0 0 0"), fs::perms::none);
-        EXPECT_THAT(Run({"secret.obj", "--backend", "recorder"}).err, AllOf(IsOneSentence(), HasSubstr("secret.obj")));
-    }
+TEST_F(QorViewTest, unwritablePicturesAreOneSentence) {
     fs::create_directory(home / "folder");
-    for (char const* const target : {"/nowhere/a.png", "folder", "/proc/a.png", "/dev/null", "noextension/a.png"}) {
+    for (char const* const target : {"/nowhere/a.png", "folder", "/proc/a.png", "/dev/null"}) {
         Outcome const outcome = Run({Data + "bracket.obj", "--size", "20x20", "--png", target});
         EXPECT_EQ(outcome.code, 1) << target;
         EXPECT_THAT(outcome.err, IsOneSentence());
@@ -177,41 +168,26 @@ TEST_F(QorViewTest, aMachineWithoutOpenGlGetsOneSentenceAndCanStillCount) {
     EXPECT_EQ(Run({Data + "bracket.obj", "--backend", "recorder"}, nothing).code, 0);
 }
 
-TEST_F(QorViewTest, everySampleBecomesAPictureOfTheAskedSize) {
-    if (!HasOpenGl())
-        GTEST_SKIP() << "no OpenGL here";
-    for (char const* const file : {"demo.glb", "bracket.obj", "wave.ply", "knot.stl"}) {
-        Outcome const outcome = Run({Data + file, "--png", "a.png", "--size", "160x100", "--background", "#102030"});
-        EXPECT_EQ(outcome.code, 0) << outcome.err;
-        EXPECT_EQ(outcome.err, "");
-        QImage const image(QString::fromStdString((home / "a.png").string()));
-        ASSERT_EQ(image.size(), QSize(160, 100)) << file;
-        EXPECT_EQ(image.pixelColor(0, 99).name(), "#102030");
-        int drawn = 0;
-        for (int y = 0; y < 100; ++y) {
-            for (int x = 0; x < 160; ++x)
-                drawn += image.pixelColor(x, y) != QColor("#102030") ? 1 : 0;
-        }
-        EXPECT_GT(drawn, 160 * 100 / 8) << file;
-    }
-    EXPECT_EQ(FilesInHome(), 2U) << "no temporary file is left";
-}
-
-TEST_F(QorViewTest, aPictureTakesThePlaceOfTheOldOneAndFollowsLinks) {
+TEST_F(QorViewTest, aPictureOfTheAskedSizeTakesThePlaceOfTheOldOneAndFollowsLinks) {
     if (!HasOpenGl())
         GTEST_SKIP() << "no OpenGL here";
     Write("old.png", "old");
-    fs::permissions(home / "old.png", fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+    auto const permissions = fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read;
+    fs::permissions(home / "old.png", permissions);
     fs::create_symlink("old.png", home / "link.png");
-    ASSERT_EQ(Run({Data + "bracket.obj", "--png", "link.png", "--size", "16x16"}).code, 0);
+    Outcome const outcome =
+        Run({Data + "wave.ply", "--png", "link.png", "--size", "160x100", "--background", "#102030"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.err, "");
     EXPECT_TRUE(fs::is_symlink(home / "link.png"));
-    EXPECT_EQ(QImage(QString::fromStdString((home / "old.png").string())).width(), 16);
-    EXPECT_EQ(fs::status(home / "old.png").permissions(),
-        fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
-
-    Write("keep.png", "old");
-    EXPECT_EQ(Run({"missing.glb", "--png", "keep.png"}).code, 1);
-    EXPECT_EQ(Content(home / "keep.png"), "old");
+    QImage const image(QString::fromStdString((home / "old.png").string()));
+    ASSERT_EQ(image.size(), QSize(160, 100));
+    EXPECT_EQ(image.pixelColor(0, 99).name(), "#102030");
+    EXPECT_NE(image.pixelColor(80, 50).name(), "#102030");
+    EXPECT_EQ(fs::status(home / "old.png").permissions(), permissions);
+    EXPECT_EQ(Run({"missing.glb", "--png", "old.png"}).code, 1);
+    EXPECT_EQ(QImage(QString::fromStdString((home / "old.png").string())), image);
+    EXPECT_EQ(FilesInHome(), 3U) << "no temporary file is left";
 }
 
 TEST_F(QorViewTest, framesOfAnUnchangedTreeCostOneVisit) {
@@ -236,13 +212,6 @@ TEST_F(QorViewTest, theTreeShowsHierarchyPathsFlagsBoxesAndPasses) {
     EXPECT_THAT(outcome.out, HasSubstr("Group \"bracket.obj\""));
 }
 
-TEST_F(QorViewTest, jsonHoldsTheSameFigures) {
-    Outcome const outcome = Run({Data + "wave.ply", "--backend", "recorder", "--json"});
-    EXPECT_EQ(outcome.code, 0);
-    EXPECT_THAT(outcome.out,
-        AllOf(StartsWith("{"), EndsWith("}\n"), HasSubstr("\"triangles\": 1352"), HasSubstr("\"nodes\": 3")));
-}
-
 TEST_F(QorViewTest, picksAndHoversTellWhatIsUnderThePixelOfThePicture) {
     std::vector<std::string> const common{Data + "demo.glb", "--backend", "recorder"};
     auto const run = [&](std::vector<std::string> p_more) {
@@ -255,8 +224,8 @@ TEST_F(QorViewTest, picksAndHoversTellWhatIsUnderThePixelOfThePicture) {
             "\"light\""));
     EXPECT_THAT(run({"--pick", "0,0"}), HasSubstr("0 hits, visited 181, tested 147\nselection   none\n"));
     EXPECT_THAT(run({"--pick", "640,400"}), ContainsRegex("\nselection   handler\\(SimpleObject .*path\\("));
-    EXPECT_THAT(run({"--pick", "640,400", "--json"}), AllOf(HasSubstr("\"pick\": {"), HasSubstr("\"depth\"")));
-
+    EXPECT_THAT(run({"--pick", "640,400", "--json"}),
+        AllOf(StartsWith("{"), EndsWith("}\n"), HasSubstr("\"nodes\": 180"), HasSubstr("\"depth\"")));
     EXPECT_THAT(run({"--hover", "640,400"}), HasSubstr("drawn       148")) << "one object is drawn again, highlighted";
     EXPECT_THAT(run({"--hover", "0,0"}), HasSubstr("drawn       147"));
     std::string const panes = run({"--panes", "3x2", "--pick", "1279,0", "--tree"});
@@ -267,9 +236,7 @@ TEST_F(QorViewTest, picksAndHoversTellWhatIsUnderThePixelOfThePicture) {
 TEST_F(QorViewTest, helpAndVersionGoToStandardOutput) {
     Outcome const help = Run({"--help"});
     EXPECT_EQ(help.code, 0);
-    for (char const* const option :
-        {"--png", "--size", "--tree", "--frames", "--spin", "--backend", "--json", "--pick", "--hover", "--panes"})
-        EXPECT_THAT(help.out, HasSubstr(option));
+    EXPECT_THAT(help.out, AllOf(HasSubstr("--png"), HasSubstr("--panes")));
     Outcome const version = Run({"--version"});
     EXPECT_EQ(version.code, 0);
     EXPECT_THAT(version.out, ContainsRegex("^qorview [0-9]+\\.[0-9]+"));

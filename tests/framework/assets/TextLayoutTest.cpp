@@ -138,18 +138,6 @@ TEST_F(TextLayoutTest, aTextOfAMillionCharactersIsCutShort) {
     }
 }
 
-TEST_F(TextLayoutTest, glyphsOfEverySizeHavePixels) {
-    for (int const size : {1, 2, 10, 100, FontFace::MaxPixelSize, FontFace::MaxPixelSize + 1}) {
-        auto const face = fonts.FaceFor(U'H');
-        GlyphBitmap const bitmap = face->Rasterise(face->GlyphOf(U'H'), size);
-        EXPECT_EQ(bitmap.coverage.size(), static_cast<std::size_t>(bitmap.width * bitmap.height));
-        EXPECT_NEAR(bitmap.height, 0.73 * std::min(size, FontFace::MaxPixelSize), 1.5);
-        EXPECT_TRUE(face->Rasterise(face->GlyphOf(U' '), size).coverage.empty());
-        EXPECT_TRUE(face->Rasterise(0xFFFFFFF, size).coverage.empty()) << "a glyph that is not there";
-        EXPECT_FALSE(FontStack::MissingGlyph(size).coverage.empty());
-    }
-}
-
 TEST(FontSetTest, namesThatAreNotInstalledAndBrokenFilesFallBack) {
     namespace fs = std::filesystem;
     fs::path const folder = fs::path(testing::TempDir()) / "fonts";

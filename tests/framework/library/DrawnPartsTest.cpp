@@ -136,15 +136,6 @@ TEST_P(DrawnPartsTest, whatCannotBeSeenLeavesNoFringe) {
 INSTANTIATE_TEST_SUITE_P(Gl, DrawnPartsTest,
     testing::Values(Ogl::Context::Profile::Core, Ogl::Context::Profile::Compatibility), Ogl::ProfileName);
 
-TEST(DrawnParts, boxesOnTheirOwnReachTheDeviceAsOneDraw) {
-    Ogl::RecordedAgl recorded;
-    for (int i = 0; i < 100; ++i)
-        Box(QColor(i, 0, 0)).Draw(recorded.agl, Bounds({0, 0, 0}, {1, 1.0 + i, 2}));
-    auto const commands = recorded.Take();
-    ASSERT_EQ(commands.size(), 1U);
-    EXPECT_EQ(commands[0].instances.size(), 100U);
-}
-
 TEST(DrawnParts, anImageBeyondTheDeviceIsScaledDownWithOneWarning) {
     Ogl::RecordedAgl recorded;
     Utility::Scoped<Ogl::Agl> scope{Utility::Unscoped<Ogl::Agl>(recorded.agl)};

@@ -1,7 +1,5 @@
 #include "tests/framework/ogl/RecordedAgl.h"
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace Qor::Chart::Ogl {
@@ -15,30 +13,6 @@ using Vector4 = Agl::Vector4;
 Vector3 Apply(Matrix const& p_matrix, Vector3 const& p_point) {
     Vector4 const result = p_matrix * Vector4(p_point, 1);
     return result.XYZ() / result.w;
-}
-
-// Whatever the camera's rotation, everything is in the picture, the sphere around the box touches the shorter side.
-TEST(AglMatrix, projectionsFitTheBoxForEveryRotation) {
-    Agl::Box const box({10, -5, 100}, {14, 1, 104});
-    double const radius = Length(box.Extents()) / 2;
-    for (Types::Viewport<0> const viewport : {Types::Viewport<0>(0, 0, 400, 200), Types::Viewport<0>(5, 5, 100, 300)}) {
-        for (int step = 0; step < 48; ++step) {
-            Matrix const camera = Matrix::Rotation(15 * step, {1, 2, 0.5});
-            bool const isPerspective = step < 24;
-            RecordedAgl recorded;
-            isPerspective ? recorded.agl.Perspective(viewport, box, camera) : recorded.agl.Ortho(viewport, box, camera);
-            Matrix const& matrix = recorded.agl.Get(AGL_MODELVIEW_MATRIX);
-            for (unsigned i = 0; i < 8; ++i) {
-                Vector3 const corner = Apply(matrix, box.Corner(i));
-                EXPECT_LE(std::max({std::fabs(corner.x), std::fabs(corner.y), std::fabs(corner.z)}), 1.0001);
-            }
-            Vector3 const center = Apply(matrix, box.Center());
-            EXPECT_LT(std::hypot(center.x, center.y), 1e-9);
-            Vector3 const up = Apply(Matrix::Rotation(-15 * step, {1, 2, 0.5}), {0, radius, 0});
-            double const aspect = double(viewport.width) / double(viewport.height);
-            EXPECT_TRUE(isPerspective || std::abs(Apply(matrix, box.Center() + up).y - std::min(1.0, aspect)) < 1e-9);
-        }
-    }
 }
 
 TEST(AglMatrix, projectionsTakeOddInput) {

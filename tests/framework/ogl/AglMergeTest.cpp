@@ -78,22 +78,5 @@ TEST(AglMerge, equalBuffersAndShadersAreSharedWhileInUse) {
     EXPECT_TRUE(weak.expired());
 }
 
-TEST(AglMerge, texturesLiveAsLongAsTheyAreDrawn) {
-    RecordedAgl recorded;
-    Agl& agl = recorded.agl;
-    auto const square = MakeSquare(agl);
-    QImage image(2, 2, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    auto texture = std::make_shared<Texture const>(image);
-    std::uint64_t const id = texture->Id();
-    agl.Enable(AGL_TEXTURE_2D);
-    agl.BindTexture(texture);
-    agl.Draw(square);
-    texture.reset();
-    EXPECT_EQ(recorded.Take().back().state.textures[0].texture, id);
-    agl.Draw(square);
-    EXPECT_EQ(recorded.Take().back().state.textures[0].texture, 0U) << "a texture that is gone is no texture";
-}
-
 } // namespace
 } // namespace Qor::Chart::Ogl

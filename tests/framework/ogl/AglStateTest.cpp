@@ -33,6 +33,10 @@ TEST(AglState, pushAndPopSaveExactlyTheGroupsOfTheMask) {
                 p.Viewport({0, 0, v, 5});
             }},
         {AGL_TRANSFORM_BIT, StateItem::Transform, [](Agl& p, float v) { p.MatrixMode(AGL_MODELVIEW + Token(v) % 3); }},
+        {AGL_TRANSFORM_BIT, StateItem::ClipPlanes,
+            [](Agl& p, float v) {
+                p.ClipPlane(AGL_CLIP_PLANE0 + 2, {v, 0, 0, 1});
+            }},
         {AGL_COLOR_BUFFER_BIT, StateItem::ColorBuffer, [](Agl& p, float v) { p.ClearColor(Types::Color4f(v, 0, 0)); }},
         {AGL_SCISSOR_BIT, StateItem::Scissor,
             [](Agl& p, float v) {
@@ -109,6 +113,14 @@ TEST(AglState, mistakesAreReportedInWordsAndChangeNothing) {
         {"Enable: not allowed between Begin and End", [](Agl& p) { p.Begin(AGL_LINES), p.Enable(AGL_BLEND), p.End(); }},
         {"BeginFrame: the frame before was not ended", [](Agl& p) { p.BeginFrame(), p.BeginFrame(), p.EndFrame(); }},
         {"Every push needs its pop", [](Agl& p) { p.BeginFrame(), p.PushAttrib(AGL_ALL_ATTRIB_BITS), p.EndFrame(); }},
+        {"RestoreDepths: more was popped than pushed",
+            [](Agl& p) {
+                p.PushMatrix();
+                StackDepths const pushed = p.Depths();
+                p.PopMatrix();
+                p.RestoreDepths(pushed);
+                p.PopMatrix();
+            }},
         {"ReadPixels: there is nothing to read", [](Agl& p) { p.ReadPixels(0, 0, 1, 1); }},
     };
     for (auto const& [words, make] : mistakes) {
@@ -124,29 +136,24 @@ TEST(AglState, mistakesAreReportedInWordsAndChangeNothing) {
     }
 }
 
-TEST(AglState, restoringDepthsUndoesWhatWasLeftBehind) {
-    qordebug::CaptureScope const capture(Utility::GetLogger());
+TEST(AglState, wrongBuffersAreReportedAndNeverDrawn) {
+    qordebug::CaptureScope capture(Utility::GetLogger());
     RecordedAgl recorded;
     Agl& agl = recorded.agl;
-    agl.PushAttrib(AGL_ALL_ATTRIB_BITS);
-    StackDepths const before = agl.Depths();
-    agl.PushAttrib(AGL_LINE_BIT);
-    agl.LineWidth(9);
-    agl.MatrixMode(AGL_PROJECTION);
-    agl.PushMatrix();
-    agl.Translate(5, 0, 0);
-    agl.PushScissor();
-    agl.PushLayerId(7);
-    agl.Begin(AGL_LINES);
-    agl.RestoreDepths(before);
-    EXPECT_EQ(agl.Depths(), before);
-    EXPECT_TRUE(agl.Current().line.width == 1.0F && agl.LayerId() == 0U);
-    EXPECT_TRUE(agl.Get(AGL_PROJECTION_MATRIX).IsIdentity());
-    EXPECT_TRUE(agl.CheckError().empty() && recorded.Take().empty());
-    agl.PopAttrib();
-    agl.RestoreDepths(before);
-    EXPECT_EQ(agl.Depths(), before);
-    EXPECT_THAT(agl.CheckError(), HasSubstr("RestoreDepths: more was popped than pushed"));
+    VertexData data;
+    data.positions = {{0, 0, 0}, {1, 0, 0}};
+    data.normals = {{0, 0, 1}};
+    auto const outOfRange = MakeShape(agl, AGL_LINES, data, {0, 2});
+    EXPECT_FALSE(outOfRange->IsValid());
+    EXPECT_TRUE(capture.contains("\"attribute.size() == positions.size()\""));
+    EXPECT_TRUE(capture.contains("\"index < vertices.Size()\""));
+    agl.Draw(outOfRange);
+    agl.Draw(MakeShape(agl, AGL_LINES, {}, {}));
+    agl.Draw(nullptr);
+    EXPECT_EQ(agl.CreatePrimitiveBuffer(nullptr, nullptr), nullptr);
+    EXPECT_TRUE(capture.contains("\"p_indices && p_vertices\""));
+    EXPECT_TRUE(MakeShape(agl, 77, data, {0, 1})->Indices()->Indices().empty());
+    EXPECT_TRUE(recorded.Take().empty());
 }
 
 TEST(AglState, materialKeepsTheColorThatItFollowed) {

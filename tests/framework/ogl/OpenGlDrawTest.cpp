@@ -2,8 +2,6 @@
 
 #include "framework/ogl/PushAttribScope.h"
 
-#include <cmath>
-#include <functional>
 #include <map>
 #include <random>
 #include <set>
@@ -14,7 +12,6 @@ namespace {
 using namespace Tokens;
 using Types::Color4f;
 using Types::Matrix4;
-using Vector3 = Agl::Vector3;
 using Vector4 = Agl::Vector4;
 using Indices = std::vector<std::uint32_t>;
 
@@ -35,7 +32,6 @@ public:
         data.colors.assign(3, Color4f(0.5F, 0.5F, 1));
         return MakeShape(*agl, AGL_TRIANGLES, std::move(data), {0, 1, 2});
     }
-    static QColor Grey(double p_value) { return QColor::fromRgbF(float(p_value), float(p_value), float(p_value)); }
 };
 
 // What is merged looks exactly like what is sent one by one.
@@ -66,34 +62,6 @@ TEST_P(OpenGlDraw, mergingChangesNoPixel) {
         QImage const merged = scene(hasDepth, false);
         EXPECT_GT(CountDrawn(merged), 1000);
         EXPECT_EQ(merged, scene(hasDepth, true));
-    }
-}
-
-// Each way to draw is cut at x = 32 by a plane that was given in a shifted frame.
-TEST_P(OpenGlDraw, clipPlanesCutEveryPipeline) {
-    agl->Translate(30, 0, 0);
-    agl->ClipPlane(AGL_CLIP_PLANE0 + 5, {-1, 0, 0, 2});
-    agl->Enable(AGL_CLIP_PLANE0 + 5);
-    agl->PointSize(3);
-    auto const square = MakeSquare(*agl);
-    std::vector<std::function<void()>> const drawings = {
-        [&] {
-            Line({10, 30.5, 0}, {50, 30.5, 0});
-        },
-        [&] { Rectangle(22, 22, 42, 42); },
-        [&] { agl->Translate(32, 32, 0), agl->Scale(20, 20, 1), agl->Draw(square); },
-    };
-    for (Token const mode : {AGL_FILL, AGL_LINE, AGL_POINT}) {
-        for (float const width : {1.0F, 5.0F}) {
-            for (auto const& draw : drawings) {
-                Reset(*agl);
-                agl->PolygonMode(AGL_FRONT_AND_BACK, mode);
-                agl->LineWidth(width);
-                draw();
-                EXPECT_GT(CountDrawn(Picture()), 8) << mode << ' ' << &draw - drawings.data() << ' ' << width;
-                EXPECT_EQ(CountDrawn(Picture(), 32), 0) << mode << ' ' << &draw - drawings.data() << ' ' << width;
-            }
-        }
     }
 }
 
@@ -186,33 +154,6 @@ TEST_P(OpenGlDraw, linesThatPassTheEyeAreCut) {
         Line({0, 0, -10}, {20, 0.4, 10});
         EXPECT_NEAR(CountDrawn(Picture()), 32 * int(width), 3 * int(width)) << width;
         EXPECT_EQ(At(Picture(), 10, 32), QColor(0, 0, 0));
-    }
-}
-
-// Normals follow any affine matrix: the drawn face has the brightness of its true slope.
-TEST_P(OpenGlDraw, facesAreLitRightUnderMirrorShearAndUnevenScale) {
-    Matrix4 shear;
-    shear.Set(2, 0, 0.05);
-    auto const square = MakeSquare(*agl);
-    LightUp();
-    agl->Enable(AGL_NORMALIZE);
-    Vector3 const toLight = Types::Normalized(Vector3(0.6, 0.2, 1));
-    agl->Light(AGL_LIGHT0, AGL_POSITION, Vector4(toLight, 0));
-    for (auto const& [name, matrix] : {std::pair("mirror", Matrix4::Scaling({-20, 20, 20})),
-             {"mirror in depth", Matrix4::Scaling({20, 20, -20})}, {"shear", shear * Matrix4::Scaling({15, 15, 0.3})},
-             {"turned, uneven, mirrored", Matrix4::Scaling({20, -20, 0.4}) * Matrix4::Rotation(30, {0, 1, 0})}}) {
-        Vector3 const u = (matrix * Vector4(1, 0, 0, 0)).XYZ();
-        Vector3 const v = (matrix * Vector4(0, 1, 0, 0)).XYZ();
-        double const side = matrix.Determinant() < 0 ? -1 : 1;
-        double const diffuse = std::max(0.0, side * Types::Dot(Types::Normalized(Types::Cross(u, v)), toLight));
-        for (bool const isBuffer : {true, false}) {
-            Reset(*agl);
-            agl->Translate(32, 32, 0);
-            agl->MultMatrix(matrix);
-            agl->Normal({0, 0, 1});
-            isBuffer ? agl->Draw(square) : Rectangle(-0.5, -0.5, 0.5, 0.5);
-            EXPECT_TRUE(IsNear(Middle(), Grey(0.04 + 0.8 * diffuse))) << name << isBuffer;
-        }
     }
 }
 

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
-
 namespace Qor::Chart::Render {
 namespace {
 
@@ -48,14 +46,6 @@ TEST(Vis, takingUpAHookIsReportedOnceUnderItsKind) {
         EXPECT_THAT(vis->log, testing::ElementsAre(type + " 0 callback", type + " 1 callback"));
         EXPECT_EQ(vis->Tracker().OnlyCallbacksModified(), !isUpdate);
         EXPECT_EQ(vis->Tracker().CallbacksModified().Any(), types[hook] > 1000 && !isUpdate);
-    }
-}
-
-TEST(Vis, hooksOutOfRangeAreRefused) {
-    auto const vis = Core::MakeNode<TestVis>();
-    for (int const code : {-1, 16, 1000, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
-        EXPECT_THROW((void)vis->IsHandled(static_cast<HandledCallbacks>(code)), std::out_of_range);
-        EXPECT_THROW(vis->RegisterCB(static_cast<HandledCallbacks>(code)), std::out_of_range);
     }
 }
 

@@ -8,7 +8,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 namespace Qor::Chart::Render {
 namespace {
@@ -152,6 +151,21 @@ TEST_F(RenderLoopTest, aHookMayRemoveItsNodeOrAllOfThem) {
             root->Remove(parent);
         }
     }
+}
+
+TEST_F(RenderLoopTest, boundsAreOutlinedInTheBaseDrawPass) {
+    struct Hooks : VisHooks {
+        using VisHooks::SetBoundingBox;
+    };
+    Hooks::SetBoundingBox(*one, {{0, 0, 0}, {2, 4, 0}});
+    Hooks::SetBoundingBox(*two, {{1, 1, 1}, {1, 1, 1}});
+    context.SetShowBounds(true);
+    RenderLoop overlay(LayerOverlay, Mode::Draw);
+    Run(overlay);
+    EXPECT_EQ(fixture.agl.GetStatistics().draws, 0U);
+    Run();
+    EXPECT_EQ(fixture.agl.GetStatistics().draws, 2U);
+    ExpectRestored();
 }
 
 /// Memory taken by one run over a tree of some nodes that draw, after earlier runs.

@@ -7,15 +7,12 @@
 
 #include <gmock/gmock.h>
 
-/// What the random editor and the saboteur do not see: texts, cycles and a host that fails.
+/// What the random editor and the saboteur do not see: cycles and a host that fails.
 namespace Qor::Chart::Render {
 namespace {
 
 using namespace Fixtures;
-using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::Pair;
 
 struct UpdateLoopTest : ::testing::Test {
     /// n0(n1(n3) n2), updated once.
@@ -37,17 +34,6 @@ struct UpdateLoopTest : ::testing::Test {
     std::vector<Core::Ptr<ScriptModel>> models;
     Core::Ptr<Vis> root;
 };
-
-TEST_F(UpdateLoopTest, anInvalidNodeAndAClassWithoutFactoryAreToldOfOnce) {
-    qordebug::CaptureScope const log(Utility::GetLogger());
-    Answers(2, Answer::Invalid);
-    models[0]->Add(Core::MakeNode<UnknownModel>(8));
-    for (int twice = 0; twice < 2; ++twice)
-        stage.Update(root);
-    EXPECT_THAT(stage.dispatcher.warnings,
-        ElementsAre(Pair(2, HasSubstr("The last change on this node left the node in an invalid state. "))));
-    EXPECT_THAT(log.texts("cerr"), Contains("Factory for \"UnknownModel\" is not registered!").Times(1));
-}
 
 TEST_F(UpdateLoopTest, aHostThatThrowsOnAReportDoesNotStopTheUpdate) {
     qordebug::CaptureScope const log(Utility::GetLogger());

@@ -10,24 +10,17 @@ namespace {
 using namespace Fixtures;
 using ::testing::ElementsAre;
 
-/// Nodes that move as they are; where all are made from a model, the random editor compares every path.
-struct UpdateNodePathLoopTest : ::testing::Test {
-    UpdateNodePathLoopTest() {
-        for (int number = 0; number < 6; ++number) {
-            models.push_back(Core::MakeNode<ScriptModel>(number));
-            nodes.push_back(Core::MakeNode<ScriptVis>(world, models.back()));
-        }
-    }
-    int Id(int p_node) const { return static_cast<int>(nodes[p_node]->Id()); }
-    std::vector<std::int32_t> PathOf(int p_node) const { return nodes[p_node]->GetPath().Ids(); }
-
+/// Where all nodes are made from a model, the random editor compares every path; here they are moved as they are.
+TEST(UpdateNodePathLoopTest, aMovedNodeKeepsItsPathButWhatIsNewBelowItGetsThePresentOne) {
     World world;
     std::vector<Core::Ptr<ScriptModel>> models;
     std::vector<Core::Ptr<Vis>> nodes;
+    for (int number = 0; number < 5; ++number) {
+        models.push_back(Core::MakeNode<ScriptModel>(number));
+        nodes.push_back(Core::MakeNode<ScriptVis>(world, models.back()));
+    }
+    auto const id = [&](int p_node) { return static_cast<int>(nodes[p_node]->Id()); };
     UpdateNodePathLoop const loop{};
-};
-
-TEST_F(UpdateNodePathLoopTest, aMovedNodeKeepsItsPathButWhatIsNewBelowItGetsThePresentOne) {
     nodes[0]->Add(nodes[1]);
     nodes[0]->Add(nodes[2]);
     nodes[2]->Add(nodes[3]);
@@ -36,26 +29,9 @@ TEST_F(UpdateNodePathLoopTest, aMovedNodeKeepsItsPathButWhatIsNewBelowItGetsTheP
     nodes[1]->Add(nodes[2]);
     nodes[3]->Add(nodes[4]);
     loop(nodes[0]);
-    EXPECT_THAT(PathOf(2), ElementsAre(Id(0), Id(2)));
-    EXPECT_THAT(PathOf(3), ElementsAre(Id(0), Id(2), Id(3)));
-    EXPECT_THAT(PathOf(4), ElementsAre(Id(0), Id(1), Id(2), Id(3), Id(4)));
-}
-
-TEST_F(UpdateNodePathLoopTest, newNodesAreFoundUnderAnyOtherRootAndAfterASubtreeWasAddedWhole) {
-    nodes[1]->Add(nodes[2]);
-    loop(nodes[1]);
-    nodes[2]->Add(nodes[3]);
-    nodes[0]->Add(nodes[1]);
-    nodes[3]->Add(nodes[4]);
-    nodes[0]->Remove(nodes[1]); // what is new below it stays unnoticed until it is met again
-    loop(nodes[0]);
-    EXPECT_FALSE(nodes[3]->GetPath().IsDefined());
-    nodes[0]->Add(nodes[5]);
-    nodes[5]->Add(nodes[1]);
-    loop(nodes[0]);
-    EXPECT_THAT(PathOf(1), ElementsAre(Id(1)));
-    EXPECT_THAT(PathOf(3), ElementsAre(Id(0), Id(5), Id(1), Id(2), Id(3)));
-    EXPECT_THAT(PathOf(4), ElementsAre(Id(0), Id(5), Id(1), Id(2), Id(3), Id(4)));
+    EXPECT_THAT(nodes[2]->GetPath().Ids(), ElementsAre(id(0), id(2)));
+    EXPECT_THAT(nodes[3]->GetPath().Ids(), ElementsAre(id(0), id(2), id(3)));
+    EXPECT_THAT(nodes[4]->GetPath().Ids(), ElementsAre(id(0), id(1), id(2), id(3), id(4)));
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
 #include <random>
 
 namespace Qor::Chart::Render {
@@ -121,23 +120,6 @@ TEST_F(ColorPickerWidgetTest, draggingMovesWhatIsUnderThePressAlsoOutside) {
     EXPECT_EQ(widget.Color(), QColor(255, 128, 0)) << "back to the text that the press has entered";
 }
 
-TEST_F(ColorPickerWidgetTest, formerAndRecentColoursAreTakenByAClick) {
-    auto const color = [](int p_number) { return QColor(p_number, 7, 9); };
-    for (int i = 0; i < 14; ++i)
-        Enter(ColorText::Write(color(i % 12)));
-    ASSERT_EQ(widget.RecentColors().size(), ColorPickerWidget::MostRecentColors);
-    Drag(At(layout.recent[2], 0.5, 0.5), At(layout.recent[2], 1, 1));
-    EXPECT_EQ(widget.Color(), color(11));
-    EXPECT_THAT(std::vector(widget.RecentColors().begin(), widget.RecentColors().begin() + 3),
-        ElementsAre(color(11), color(1), color(0)));
-    Drag(At(layout.recent[3], 0.5, 0.5), At(layout.recent[4], 0.5, 0.5));
-    EXPECT_EQ(widget.Color(), color(11)) << "let go elsewhere";
-    Drag(At(layout.former, 0.5, 0.5), At(layout.former, 0.2, 0.5));
-    EXPECT_EQ(widget.Color(), QColor(Qt::white)) << "set by nobody";
-    widget.SetRecentColors({color(1), color(2), color(1)});
-    EXPECT_THAT(widget.RecentColors(), ElementsAre(color(1), color(2)));
-}
-
 TEST_F(ColorPickerWidgetTest, keysGoThroughThePartsAndMoveThem) {
     widget.SetColor(QColor(255, 0, 0));
     widget.SetRecentColors({Qt::green});
@@ -194,18 +176,6 @@ TEST_F(ColorPickerWidgetTest, badInputIsRefusedAndTheColourStays) {
     EXPECT_EQ(widget.HexText(), L"#123456");
     EXPECT_FALSE(widget.IsTextRefused());
     EXPECT_EQ(committed.size(), 1U);
-
-    float const nan = std::numeric_limits<float>::quiet_NaN();
-    Fixtures::DrawFixture draw;
-    for (Layout::Rectangle const& place : {Layout::Rectangle(), {0, 0, 3, 3}, {0, 0, 40, 60}, {nan, 0, nan, 1},
-             {0, 0, -50, -50}, {-1e30F, 0, 1e30F, 1e30F}}) {
-        widget.SetRectangle(place);
-        Drag({1, 1}, {2, 2});
-        Key(Keys::KeyTab);
-        draw.agl.BeginFrame();
-        widget.Draw(draw.MakeContext());
-        draw.agl.EndFrame();
-    }
 }
 
 TEST_F(ColorPickerWidgetTest, randomUseKeepsWhatIsShownTrue) {

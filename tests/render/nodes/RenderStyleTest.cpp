@@ -1,13 +1,13 @@
 #include "render/nodes/RenderStyle.h"
 
 #include "tests/render/nodes/SceneFixture.h"
+#include "tests/render/support/Models.h"
 #include "framework/model/RenderStyle.h"
 
 #include <gmock/gmock.h>
 
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 
 namespace Qor::Chart::Render {
@@ -15,11 +15,9 @@ namespace {
 
 using namespace Ogl::Tokens;
 using Mode = DrawContext::DrawMode;
+using Fixtures::MakeCube;
 using Ogl::RecordedCommand;
 using Style = Model::RenderStyle;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::Pair;
 
 std::string WriteImage(char const* p_name, int p_alpha) {
     QImage image(2, 2, QImage::Format_RGBA8888);
@@ -30,11 +28,6 @@ std::string WriteImage(char const* p_name, int p_alpha) {
 }
 
 struct RenderStyleTest : ::testing::Test, Fixtures::SceneFixture {
-    static Core::Ptr<Model::SimpleObject> Cube(double p_z = 0) {
-        auto cube = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
-        cube->SetTransform(Types::Matrix4::Translation({0, 0, p_z}));
-        return cube;
-    }
     static Core::Ptr<Style> StyleWith(std::function<void(Style&)> const& p_set) {
         auto style = Core::MakeNode<Style>();
         p_set(*style);
@@ -117,14 +110,14 @@ TEST_F(RenderStyleTest, eachPropertyHoldsForItsSubtreeUntilAnInnerStyleOverrides
         auto const outer = StyleWith(c.outer);
         auto const nothing = Core::MakeNode<Style>();
         auto const inner = StyleWith(c.inner);
-        inner->Add(Cube(3));
-        nothing->Add(Cube(2));
-        outer->Add(Cube(1));
+        inner->Add(MakeCube({0, 0, 3}));
+        nothing->Add(MakeCube({0, 0, 2}));
+        outer->Add(MakeCube({0, 0, 1}));
         outer->Add(nothing);
         outer->Add(inner);
-        outer->Add(Cube(4));
+        outer->Add(MakeCube({0, 0, 4}));
         scene->Add(outer);
-        scene->Add(Cube(5));
+        scene->Add(MakeCube({0, 0, 5}));
         // What is filled takes no notice of the look of lines and points.
         agl.PolygonMode(AGL_FRONT_AND_BACK, c.mode);
         auto const check = [&](char const* p_what, std::array<double, 5> const& p_expected) {
@@ -159,7 +152,7 @@ TEST_F(RenderStyleTest, theSchemaIsHandedDownInBothLayers) {
         p.SetHighlightColor(QColor(4, 5, 6));
     });
     scene->Add(style);
-    style->Add(Cube());
+    style->Add(MakeCube());
     Update();
     struct Hooks : VisHooks {
         using VisHooks::Setup;
@@ -180,66 +173,6 @@ TEST_F(RenderStyleTest, theSchemaIsHandedDownInBothLayers) {
         (layer == LayerBase ? Hooks::Teardown : Hooks::TeardownOverlay)(Child(), context, scope);
         context.RestoreCheckPoint();
     }
-}
-
-TEST_F(RenderStyleTest, transparentObjectsAreDrawnLastWithoutDepthWhateverMakesThemSo) {
-    std::string const glass = WriteImage("qor-style-glass.png", 100);
-    std::string const solid = WriteImage("qor-style-solid.png", 255);
-    struct Case {
-        std::function<void(Style&)> set;
-        int alpha; ///< of the cube's own colour
-        bool isTransparent;
-    };
-    for (Case const& c : {Case{[](Style&) {}, 255, false}, Case{[](Style&) {}, 254, true},
-             Case{[](Style& p) { p.SetOpacity(0.99); }, 255, true},
-             Case{[&](Style& p) { p.SetTexture(glass); }, 255, true},
-             Case{[&](Style& p) { p.SetTexture(solid); }, 255, false},
-             Case{[&](Style& p) { p.SetTexture(glass), p.SetTextureEnvironment(Style::Environment::Decal); }, 255,
-                 false},
-             Case{[&](Style& p) { p.SetTexture(glass), p.SetAlphaMode(Style::AlphaMode::Cutout); }, 255, false},
-             Case{[&](Style& p) { p.SetAlphaMode(Style::AlphaMode::Opaque); }, 100, false},
-             Case{[&](Style& p) { p.SetAlphaMode(Style::AlphaMode::Opaque), p.SetOpacity(0.5); }, 255, true},
-             Case{[&](Style& p) { p.SetAlphaMode(Style::AlphaMode::Blended); }, 255, true}}) {
-        scene = Core::MakeNode<Model::SceneGraph>();
-        root = {};
-        auto const style = StyleWith(c.set);
-        auto const cube = Cube(1);
-        cube->SetColor(QColor(10, 20, 30, c.alpha));
-        style->Add(cube);
-        scene->Add(style);
-        auto const other = Cube(-7);
-        other->SetColor(QColor(1, 1, 1));
-        scene->Add(other);
-        std::vector<RecordedCommand> const commands = UpdateAndDraw();
-        RecordedCommand const& last = commands.back();
-        EXPECT_EQ(last.instances.back().rows[2][3], c.isTransparent ? 1 : -7) << c.alpha;
-        EXPECT_EQ(last.state.depth.mask, c.isTransparent ? 0U : 1U);
-        EXPECT_EQ(last.state.IsEnabled(Ogl::EnableBit::Blend), c.isTransparent);
-    }
-}
-
-TEST_F(RenderStyleTest, anImageThatCannotBeHadIsReportedOnceAndTheRestIsDrawn) {
-    std::string const broken = (std::filesystem::path(::testing::TempDir()) / "qor-style-broken.png").string();
-    std::ofstream(broken) << "no image";
-    auto const first = StyleWith([&](Style& p) { p.SetTexture("missing.png"), p.SetSecondTexture(broken); });
-    auto const second = StyleWith([](Style& p) { p.SetTexture("missing.png"), p.SetLineWidth(4); });
-    for (auto const& style : {first, second}) {
-        style->Add(Cube());
-        scene->Add(style);
-    }
-    auto const commands = UpdateAndDraw();
-    EXPECT_THAT(dispatcher.warnings,
-        ElementsAre(Pair(1, HasSubstr("missing.png")), Pair(1, HasSubstr("qor-style-broken.png"))));
-    std::size_t drawnCubes = 0;
-    for (RecordedCommand const& command : commands) {
-        drawnCubes += command.instances.size();
-        EXPECT_EQ(command.state.UsedTextureUnits(), 0U);
-    }
-    EXPECT_EQ(drawnCubes, 2U);
-    dispatcher.warnings.clear();
-    second->SetTexture(WriteImage("qor-style-found.png", 255));
-    EXPECT_EQ(UpdateAndDraw().back().state.UsedTextureUnits(), 1U);
-    EXPECT_THAT(dispatcher.warnings, ::testing::IsEmpty());
 }
 
 } // namespace

@@ -1,11 +1,12 @@
-#include "render/nodes/SelectionList.h"
+#include "render/nodes/SelectionLists.h"
 
 #include "tests/render/nodes/SceneFixture.h"
+#include "tests/render/support/Models.h"
 #include "framework/model/Events.h"
 #include "framework/model/Group.h"
+#include "framework/model/SelectionList.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/utility/Logger.h"
-#include "render/nodes/SelectionLists.h"
 #include "render/nodes/SimpleObject.h"
 
 #include <gmock/gmock.h>
@@ -78,7 +79,7 @@ struct SelectionListTest : testing::Test, Fixtures::SceneFixture {
             AddObject();
     }
     void AddObject() {
-        objects.push_back(Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube)));
+        objects.push_back(Fixtures::MakeCube());
         ParentOf(objects.size() - 1).Add(objects.back());
     }
     Model::ModelNode& ParentOf(std::size_t p_object) const {
@@ -133,7 +134,7 @@ TEST_F(SelectionListTest, showsAndTellsWhatAPlainListHolds) {
             ParentOf(at).Remove(*dying);
             for (CheckedList* const each : {&outer, &inner})
                 std::erase_if(each->expected, [&](Entry const& p_entry) { return p_entry.node.Peek() == dying.Get(); });
-            objects[at] = Core::MakeNode<Model::SimpleObject>(Core::MakeNode<Model::Symbol>(Model::SymbolShape::Cube));
+            objects[at] = Fixtures::MakeCube();
             ParentOf(at).Add(objects[at]);
             break;
         }
@@ -167,22 +168,6 @@ TEST_F(SelectionListTest, showsAndTellsWhatAPlainListHolds) {
         Check(step);
     }
     EXPECT_THAT(log.texts(), testing::IsEmpty());
-}
-
-TEST_F(SelectionListTest, whatIsGoneIsToldByTheFrameAndEmptyHandlesAreNothing) {
-    EXPECT_FALSE(outer.list->Select(Core::Ptr<Model::ModelNode>()));
-    EXPECT_FALSE(outer.list->Replace(Entries{{}, {}}));
-    Frame();
-    outer.list->Replace(std::vector<Core::Ptr<Model::ModelNode>>{objects[2], objects[0]});
-    scene->Remove(*objects[2]);
-    objects[2].Reset();
-    EXPECT_EQ(outer.list->Count(), 1U);
-    Frame();
-    EXPECT_EQ(outer.told, (Entries{{objects[0], {}}}));
-    auto const& vis = dynamic_cast<SelectionList const&>(**std::ranges::find_if(
-        *root, [](auto const& p_child) { return dynamic_cast<SelectionList const*>(p_child.Get()); }));
-    ASSERT_EQ(vis.Entries().size(), 1U);
-    EXPECT_TRUE(vis.Entries()[0].record.IsValid());
 }
 
 TEST_F(SelectionListTest, allListenersHearTheChangesInTheirOrder) {

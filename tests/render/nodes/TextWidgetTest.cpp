@@ -312,8 +312,7 @@ TEST(TextWidgetTest, keysEditSelectAndEndAsUsersKnow) {
     window.field.SetMode(Mode::Editable);
     for (int const key : {int('O'), int('P'), Key::KeySign + '.', int(Key::KeyUp), int('V')})
         EXPECT_TRUE(window.Press(key)) << "nobody else is to take it for a command";
-    for (int const key : {int('S'), int('O')})
-        EXPECT_FALSE(window.Press(key, Ctrl, L"\x13"));
+    EXPECT_FALSE(window.Press('S', Ctrl, L"\x13"));
     window.Press('Q', Ctrl | EventInformation::ModifierAlt, L"@");
     window.field.Set(Widget::FlagFocus, false);
     EXPECT_EQ(window.field.Text(), L"@") << "all was selected";
@@ -344,9 +343,13 @@ TEST(TextWidgetTest, compositionsShowInPlaceOfTheSelectionUntilTheyAreGivenUp) {
     window.field.SetText(L"ab");
     window.Compose(L"", L"cd");
     EXPECT_NEAR(window.CaretX(), behind, 2) << "the caret stands behind it";
+    window.field.SetText(L"ef");
+    EXPECT_EQ(window.ended, 2) << "another text ends it";
+    window.Compose(L"", L"gh");
+    window.Draw();
     window.field.Set(Widget::FlagFocus, false);
-    EXPECT_EQ(window.field.Text(), L"ab");
-    EXPECT_EQ(window.ended, 2);
+    EXPECT_EQ(window.field.Text(), L"ef");
+    EXPECT_EQ(window.ended, 3);
 }
 
 TEST(TextWidgetTest, placesUnderThePointerFollowTheOrderOnTheScreen) {

@@ -1,10 +1,6 @@
 #include "render/nodes/Toolbar.h"
 
-#include "tests/render/nodes/SceneFixture.h"
-#include "tests/render/support/QuietSink.h"
-#include "render/events/EventInformation.h"
-#include "render/pick/HitTopLoop.h"
-#include "framework/model/Pane.h"
+#include "tests/render/nodes/PaneFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -48,12 +44,9 @@ TEST(ToolbarLayoutTest, partsStandInARowInsideThePane) {
         {{2, -8, 16, 16}, {20, -8, 16, 16}}, {0, -10, 60, 20});
 }
 
-/// A pane of 200 by 150 pixels at (100, 50) with a bar of 64 by 20 at (10, 20) of it: a handle and three square buttons.
-struct ToolbarTest : ::testing::Test, Fixtures::SceneFixture, Fixtures::QuietSink {
+/// A pane with a bar of 64 by 20 at (10, 20) of it: a handle and three square buttons.
+struct ToolbarTest : ::testing::Test, Fixtures::PaneFixture {
     ToolbarTest() {
-        auto const pixels = &Types::RelativeLength::Pixels;
-        auto const pane = Core::MakeNode<Model::Pane>();
-        pane->SetViewport({pixels(100, 0), pixels(50, 0), pixels(200, 0), pixels(150, 0)});
         bar->SetXPosition({Pixels, Left, 10});
         bar->SetYPosition({Pixels, Bottom, 20});
         for (std::size_t i = 0; i < 3; ++i) {
@@ -62,10 +55,8 @@ struct ToolbarTest : ::testing::Test, Fixtures::SceneFixture, Fixtures::QuietSin
             actions[i]->SetExecute([this, i] { done.push_back(i); });
             bar->Add(actions[i]);
         }
-        scene->Add(pane);
         pane->Add(bar);
         Update();
-        node = dynamic_cast<Toolbar*>(&**Child().begin());
     }
 
     /// How many rectangles, images and lines of the overlay are drawn.
@@ -73,30 +64,10 @@ struct ToolbarTest : ::testing::Test, Fixtures::SceneFixture, Fixtures::QuietSin
         std::size_t vertices = 0;
         Update();
         for (Mode const mode : {Mode::Draw, Mode::Highlight}) {
-            DrawContext context = MakeContext(mode);
-            context.Viewport().Set({0, 0, 400, 300});
-            agl.BeginFrame();
-            RenderLoop(LayerOverlay, mode)(root, context);
-            agl.EndFrame();
-            for (Ogl::RecordedCommand const& command : Backend().Commands())
+            for (Ogl::RecordedCommand const& command : DrawLayer(LayerOverlay, mode))
                 vertices += command.vertices.size();
         }
         return vertices - frame;
-    }
-    std::vector<HitRecord> Pick(Types::Pos const& p_inPane) {
-        DrawContext context = MakeContext();
-        context.Viewport().Set({0, 0, 400, 300});
-        unsigned visited = 0, tested = 0;
-        return HitTopLoop()(root, context, {p_inPane + Types::Pos(100, 50), {}}, visited, tested, LayerBoth);
-    }
-    /// The handler is told of what was hit, with the pointer at a place of the pane.
-    template <class Handler>
-    auto Send(Handler p_handler, std::vector<HitRecord> const& p_hits, Types::Pos const& p_inPane = {},
-        std::uint32_t p_buttons = EventInformation::ButtonMaskPrimary) {
-        event.emplace(*this, p_hits.empty() ? nullptr : &p_hits.front());
-        event->position = p_inPane + Types::Pos(100, 50);
-        event->buttons = p_buttons;
-        return (node->*p_handler)(*event);
     }
     void Drag(Types::Pos const& p_from, Types::Pos const& p_to, std::uint32_t p_buttonsAtEnd = 0) {
         auto const hits = Pick(p_from);
@@ -111,8 +82,6 @@ struct ToolbarTest : ::testing::Test, Fixtures::SceneFixture, Fixtures::QuietSin
     Core::Ptr<Model::Toolbar> bar = Core::MakeNode<Model::Toolbar>();
     std::vector<Core::Ptr<Model::Action>> actions;
     std::vector<std::size_t> done;
-    Toolbar* node = nullptr;
-    std::optional<EventInformation> event;
     std::size_t frame = 0; ///< what the pane itself draws
     int moves = 0;
 };

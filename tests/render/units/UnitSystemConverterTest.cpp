@@ -1,5 +1,6 @@
 #include "render/units/UnitSystemConverter.h"
 
+#include "framework/core/ModificationWatcher.h"
 #include "framework/qordebug/CaptureScope.h"
 #include "framework/utility/Logger.h"
 
@@ -45,10 +46,12 @@ TEST(UnitSystemConverterTest, answersComeFromTheConverterOnceThereIsOneAndAreChe
     EXPECT_THAT(log.texts(), IsEmpty()) << "needs no converter";
     EXPECT_EQ(units->ToUnit(L"m", L"ft"), Converter{});
     EXPECT_EQ(units->GetDisplayUnit(L"Length", L"m"), L"m");
-    EXPECT_EQ(log.texts().size(), 3U);
+    EXPECT_EQ(log.texts().size(), 4U);
     log.clear();
 
+    Core::ModificationWatcher const watcher{Core::WeakPtr<Core::Node>(units)};
     units->RegisterConverter(lengths);
+    EXPECT_TRUE(watcher.Modified()) << "so that dependents learn of it";
     EXPECT_EQ(units->ToUnit(L"m", L"ft")(2.0), 7.5);
     EXPECT_EQ(units->GetDisplayUnit(Types::QuantityUnit(L"Length", L"m")), Types::QuantityUnit(L"Length", L"ft"));
     EXPECT_THAT(log.texts(), IsEmpty());

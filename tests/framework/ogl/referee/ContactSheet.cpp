@@ -110,7 +110,11 @@ void ContactSheet::AddLibrary() {
         AddDrawn("pattern " + std::to_string(sixteenths) + "/16", [sixteenths](Agl& p) {
             p.Enable(AGL_POLYGON_STIPPLE);
             p.PolygonStipple(Library::Pattern::PolygonStipplePattern(sixteenths).data());
-            Library::Box({}, QColor(230, 204, 77)).Draw(p, Area(8, 8, 80, 80));
+            p.Color(0.9F, 0.8F, 0.3F);
+            p.Begin(AGL_QUADS);
+            for (auto const& [x, y] : {std::pair(8, 8), {88, 8}, {88, 88}, {8, 88}})
+                p.Vertex(x, y);
+            p.End();
         });
     }
     for (std::string const& name : Library::ColorMap::Names()) {

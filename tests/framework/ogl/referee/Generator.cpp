@@ -277,24 +277,27 @@ private:
         if (kind == AGL_QUADS || kind == AGL_QUAD_STRIP) {
             Add("ShadeModel", {AGL_FLAT}); // else Mesa cuts them along either diagonal
         }
-        bool const hasColors = Chance(0.5);
-        bool const hasNormals = Chance(0.6);
-        bool const hasTexCoords = Chance(0.9);
-        auto const number = [this](double p_low, double p_high) { return static_cast<float>(In(p_low, p_high)); };
-        VertexData vertices;
         int const count = kind == AGL_QUADS ? 4 * (1 + _random.Index(2)) : 3 + _random.Index(6);
-        for (Vector3 const& point : MakeRandomPoints(_random, kind, count)) {
+        std::vector<Vector3> const points = MakeRandomPoints(_random, kind, count);
+        bool const isBuffered = Chance(0.5);
+        bool const hasColors = Chance(isBuffered ? 0.4 : 0.6);
+        bool const hasNormals = Chance(isBuffered ? 0.7 : 0.6);
+        bool const hasTexCoords = !isBuffered || Chance(0.8);
+        VertexData vertices;
+        for (Vector3 const& point : points) {
             vertices.positions.emplace_back(point);
-            if (hasColors)
-                vertices.colors.emplace_back(number(0, 1), number(0, 1), number(0, 1), number(0.4, 1));
+            if (hasColors) {
+                auto const color = isBuffered ? std::vector{In(0, 1), In(0, 1), In(0, 1), In(0.4, 1)} : Color(0.2);
+                vertices.colors.emplace_back(float(color[0]), float(color[1]), float(color[2]), float(color[3]));
+            }
             if (hasNormals)
                 vertices.normals.emplace_back(_random.Direction());
             for (auto& texCoords : vertices.texCoords) {
                 if (hasTexCoords)
-                    texCoords.emplace_back(number(-1, 2), number(-1, 2), 0.0F, 1.0F);
+                    texCoords.push_back({float(In(-1, 2)), float(In(-1, 2)), 0, 1});
             }
         }
-        _program.AddPrimitive(kind, std::move(vertices), Chance(0.5));
+        _program.AddPrimitive(kind, std::move(vertices), isBuffered);
     }
 
     static inline std::vector<Token> const AttribBits = {AGL_CURRENT_BIT, AGL_POINT_BIT, AGL_LINE_BIT, AGL_POLYGON_BIT,

@@ -162,6 +162,10 @@ private:
                 _rows.push_back(
                     {std::string(kinds[kind]) + (isBuffered ? ", buffer" : ""), Primitive(kind, isBuffered)});
         }
+        Program flat = Primitive(AGL_TRIANGLES, true);
+        flat.calls.insert(
+            flat.calls.begin(), {{"ShadeModel", {AGL_FLAT}}, {"PolygonMode", {AGL_FRONT_AND_BACK, AGL_LINE}}});
+        _rows.push_back({"flat outlines", std::move(flat)});
         Row("line width 1", {{{"LineWidth", {1}}}, Star(), Rectangle(-0.4, -0.4, 0.6, 0.4, {0.1, 0.1, 0.4, 1})});
         Row("line width 7.6", {{{"LineWidth", {7.6F}}}, Star()});
         Row("line stipple",
@@ -200,8 +204,10 @@ private:
                 Rectangle(-0.9, -0.8, 0.1, 0.6, {0.9, 0.3, 0.1, 1}, 0, 0),
                 Rectangle(0.9, -0.5, 0.2, 0.9, {0.2, 0.5, 0.9, 1}, 0, 0)},
             0.8);
-        Row("clip plane",
-            {{{"ClipPlane", {AGL_CLIP_PLANE0, 1, 0.5, 0, 0.2}}, {"Enable", {AGL_CLIP_PLANE0}}}, Rectangles()});
+        Calls const clip = {{"ClipPlane", {AGL_CLIP_PLANE0, 1, 0.5, 0, 0.2}}, {"Enable", {AGL_CLIP_PLANE0}}};
+        Row("clip plane", {clip, Rectangles()});
+        Row("clip plane, lines", {clip, Rectangles(), {{"LineWidth", {1}}}, Star(), {{"PointSize", {5}}}, Dots()});
+        Row("clip plane, wide lines", {clip, {{"LineWidth", {11}}}, Star()}, 0.95);
         Row("clip planes 0, 5, 7",
             {{{"ClipPlane", {AGL_CLIP_PLANE0, 1, 0, 0, 0.5}}, {"ClipPlane", {AGL_CLIP_PLANE0 + 5, -1, 0.4, 0, 0.6}},
                  {"ClipPlane", {AGL_CLIP_PLANE0 + 7, 0, 0, 1, 0.3}}, {"Enable", {AGL_CLIP_PLANE0}},
@@ -237,6 +243,7 @@ private:
         Light("color material", {{"ColorMaterial", {AGL_FRONT, AGL_DIFFUSE}}, {"Enable", {AGL_COLOR_MATERIAL}}});
         Light("flat shading", {{"ShadeModel", {AGL_FLAT}}});
         Light("not normalized", {{"Disable", {AGL_NORMALIZE}}});
+        Light("sheared", {{"Scale", {1, 0.9, 0.4}}});
         Light("rescale normal", {{"Disable", {AGL_NORMALIZE}}, {"Enable", {AGL_RESCALE_NORMAL}}});
         Light("two sides",
             {{"LightModel", {AGL_LIGHT_MODEL_TWO_SIDE, 1}}, {"ClipPlane", {AGL_CLIP_PLANE0, 0, 0.3, 1, 0.3}},
