@@ -114,34 +114,15 @@ def frustum(top, segments=24):
     return shape
 
 
-def sphere(segments=18, rings=10):
+def sphere(segments=18, rings=10, is_mapped=False):
+    """A sphere of diameter 1; one that is mapped has an image around it, the poles above and below."""
     shape = Shape()
     for r in range(rings + 1):
         polar = math.pi * r / rings
         for s in range(segments + 1):
             turn = 2 * math.pi * s / segments
             normal = (math.sin(polar) * math.cos(turn), math.cos(polar), -math.sin(polar) * math.sin(turn))
-            shape.vertex(scaled(normal, 0.5), normal)
-    for r in range(rings):
-        for s in range(segments):
-            a = r * (segments + 1) + s
-            b = a + segments + 1
-            if r > 0:
-                shape.triangles.append((a, b, a + 1))
-            if r < rings - 1:
-                shape.triangles.append((a + 1, b, b + 1))
-    return shape
-
-
-def globe(segments=32, rings=16):
-    """A sphere of diameter 1 with a map around it, the poles above and below."""
-    shape = Shape()
-    for r in range(rings + 1):
-        polar = math.pi * r / rings
-        for s in range(segments + 1):
-            turn = 2 * math.pi * s / segments
-            normal = (math.sin(polar) * math.cos(turn), math.cos(polar), -math.sin(polar) * math.sin(turn))
-            shape.vertex(scaled(normal, 0.5), normal, place=(s / segments, r / rings))
+            shape.vertex(scaled(normal, 0.5), normal, place=(s / segments, r / rings) if is_mapped else None)
     for r in range(rings):
         for s in range(segments):
             a = r * (segments + 1) + s
@@ -583,7 +564,7 @@ def write_display(path, image):
     with open(os.path.join(os.path.dirname(path), image), "wb") as file:
         file.write(crate_image())
     scene = Gltf()
-    for name, shape in (("box", box()), ("crate", crate()), ("globe", globe()), ("cylinder", frustum(0.5))):
+    for name, shape in (("box", box()), ("crate", crate()), ("globe", sphere(32, 16, is_mapped=True)), ("cylinder", frustum(0.5))):
         scene.shape(name, shape)
     scene.texture("boards", image)
     scene.texture("map", globe_image())
