@@ -97,10 +97,7 @@ public:
             _slots[slot].Reset();
     }
 
-private:
-    /// How many times over the array is searched before an index, many times as dear as a search, pays.
-    static constexpr std::uint64_t SearchesBeforeIndex = 16;
-
+    /// The place of a child that is in the list. Constant time on average.
     std::uint32_t SlotOf(Node const& p_child) {
         if (!_index && _searched > SearchesBeforeIndex * _used)
             BuildIndex();
@@ -112,6 +109,10 @@ private:
         _searched += slot - _first;
         return slot;
     }
+
+private:
+    /// How many times over the array is searched before an index, many times as dear as a search, pays.
+    static constexpr std::uint64_t SearchesBeforeIndex = 16;
 
     void BuildIndex() {
         _searched = 0;

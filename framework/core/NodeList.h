@@ -83,6 +83,11 @@ public:
     bool Empty() const noexcept { return Size() == 0; }
     bool Contains(Node const& p_child) const noexcept { return p_child.Deps().Has(*this, Dependencies::Link::Child); }
 
+    /// Whether one child comes before another; false unless both are in the list.
+    bool Precedes(Node const& p_first, Node const& p_second) const {
+        return Contains(p_first) && Contains(p_second) && _children->SlotOf(p_first) < _children->SlotOf(p_second);
+    }
+
     /// Appends a child and reports the change. An empty handle, or a child that is in the list already, changes nothing
     /// and gives false.
     bool Add(Ptr<T> const& p_child) {

@@ -46,8 +46,8 @@ public:
     std::optional<QColor> const& BorderColor() const noexcept { return _borderColor; }
     bool SetBorderColor(std::optional<QColor> const& p_color) { return BorderColorProperty.Set(*this, p_color); }
 
-    /// Whether the legend finds its own place, in the upper right corner of its pane. As long as this was never set, it
-    /// does so until a position is set. Of several legends in one pane only one should: they would lie on each other.
+    /// Whether the legend finds its own place, in the upper right corner of its pane, clear of the legends before it
+    /// among the children. As long as this was never set, it does so until a position is set.
     bool IsAutomaticallyPlaced() const noexcept {
         if (IsSet(AutomaticPlacementProperty))
             return _automaticPlacement;

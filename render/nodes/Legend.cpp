@@ -98,7 +98,10 @@ Legend::Legend()
         Connect(*this, event);
 }
 
-Legend::~Legend() = default;
+Legend::~Legend() {
+    if (_stack)
+        _stack->Leave(*this);
+}
 
 void Legend::Attach(Core::Ptr<Model::ModelNode> const& p_model) {
     _isComplete = false;
@@ -129,6 +132,10 @@ void Legend::TouchThis(ModifiableType p_type, Change p_change, Relationship p_re
 
 /// A node whose model is gone stays valid: it has nothing to complain about.
 NodeStatus Legend::DoUpdate(UpdateContext const& p_context) {
+    if (!_stack) {
+        _stack = LegendStack::Of(p_context.Registrar());
+        _stack->Join(*this);
+    }
     Core::Ptr<Model::Legend> const model = _legend.Lock();
     if (!model)
         return NodeStatusOk;
@@ -265,13 +272,14 @@ void Legend::DoSetupOverlay(DrawContext& p_context, Agl&) {
 bool Legend::TakeSettings(DrawContext const& p_context, Model::Legend const& p_model) {
     Types::Size const pane = p_context.Viewport().Top().Extent();
     float const reserved = ReservedHeight(p_context, p_model);
-    bool const isSame = pane == _settings.pane && reserved == _settings.reserved &&
+    LegendStack::Taken const taken = p_model.IsAutomaticallyPlaced() ? _stack->Before(*this) : LegendStack::Taken();
+    bool const isSame = pane == _settings.pane && reserved == _settings.reserved && taken == _settings.taken &&
         p_model.IsAutomaticallyPlaced() == _settings.isAutomatic && p_model.GetXPosition() == _settings.x &&
         p_model.GetYPosition() == _settings.y && p_model.Columns() == _settings.columns &&
         ShortText::IsOf(_settings.title, p_model.Title());
     if (isSame)
         return false;
-    _settings = {pane, reserved, ShortText::Of(p_model.Title()), p_model.IsAutomaticallyPlaced(),
+    _settings = {pane, reserved, taken, ShortText::Of(p_model.Title()), p_model.IsAutomaticallyPlaced(),
         p_model.GetXPosition(), p_model.GetYPosition(), p_model.Columns(), _settings.first};
     return true;
 }
@@ -290,30 +298,55 @@ void Legend::MeasureLongest() {
         _sheet->widest = std::max(_sheet->widest, _sheet->painter.WidthOf(*_slots[slot].row));
 }
 
-/// A second time when the rows that come into sight are wider than those that were measured.
+/// Below the legends before it; beside them when there it would have to be scrolled, and over them when there is no space
+/// at all.
 void Legend::LayOut(DrawContext const& p_context) {
     LegendPainter& painter = _sheet->painter;
-    LegendPainter::Page& page = _sheet->page;
+    LegendLayout const& layout = _sheet->page.layout;
     MeasureLongest();
-    page.title = _settings.title;
-    LegendLayout::Request request{_settings.pane, _settings.reserved, _settings.isAutomatic, _settings.x, _settings.y,
-        _settings.columns, painter.PixelRatio(), painter.LineHeight(), painter.WidthOf(page.title), 0, _tall,
-        _settings.first};
+    _sheet->page.title = _settings.title;
+    LegendStack::Taken const& taken = _settings.taken;
+    LegendLayout::Request request{_settings.pane, std::max(_settings.reserved, taken.above), 0, _settings.isAutomatic,
+        _settings.x, _settings.y, _settings.columns, painter.PixelRatio(), painter.LineHeight(),
+        painter.WidthOf(_settings.title), 0, _tall, _settings.first};
+    FitRows(request);
+    if (taken.right > 0 && (layout.IsEmpty() || layout.IsScrolled())) {
+        request.reservedAbove = _settings.reserved;
+        request.reservedRight = taken.right;
+        FitRows(request);
+    }
+    if (taken.right > 0 && layout.IsEmpty()) {
+        request.reservedRight = 0;
+        FitRows(request);
+    }
+    _settings.first = layout.first;
+    painter.Prepare(p_context, _sheet->page);
+    _isLayoutDue = false;
+}
+
+/// A second time when the rows that come into sight are wider than those that were measured.
+void Legend::FitRows(LegendLayout::Request& p_request) {
+    LegendPainter::Page& page = _sheet->page;
     for (bool isMeasured = false; !isMeasured;) {
         float const widest = _sheet->widest;
-        request.rowWidth = widest;
-        page.layout = LegendLayout(request);
+        p_request.rowWidth = widest;
+        page.layout = LegendLayout(p_request);
         page.items.clear();
         for (LegendLayout::Cell const& cell : page.layout.cells) {
             LegendRow const& row = *_slots[_shown[cell.row]].row;
             page.items.push_back({&row, cell.place, row.IsDimmed()});
-            _sheet->widest = std::max(_sheet->widest, painter.WidthOf(row));
+            _sheet->widest = std::max(_sheet->widest, _sheet->painter.WidthOf(row));
         }
         isMeasured = !(_sheet->widest > widest);
     }
-    _settings.first = page.layout.first;
-    painter.Prepare(p_context, page);
-    _isLayoutDue = false;
+}
+
+LegendStack::Taken Legend::Takes() const {
+    LegendLayout::Rectangle const& ground = _sheet->page.layout.ground;
+    if (ground.IsEmpty() || !_settings.isAutomatic)
+        return {};
+    Types::Size const& pane = _settings.pane;
+    return {static_cast<float>(pane.height) - ground.y, static_cast<float>(pane.width) - ground.x};
 }
 
 LegendRow const* Legend::RowOf(std::uint64_t p_name) const {

@@ -12,6 +12,8 @@
 #include "render/core/SelectsBelow.h"
 #include "render/core/Vis.h"
 #include "render/events/EventHandler.h"
+#include "render/nodes/LegendLayout.h"
+#include "render/nodes/LegendStack.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -27,8 +29,8 @@ class LegendRow;
 class UnitSystemConverter;
 
 /// The visual node of a legend: a panel over the scene of its pane with a title and one row for each entry, in one or
-/// more columns. It finds its place in the upper right corner, below a title bar that stays open, or lies where the
-/// model says, always inside the pane. Rows for which there is no space are scrolled to with two small buttons, a page
+/// more columns. It finds its place in the upper right corner, below a title bar that stays open and below or beside the
+/// legends before it, or lies where the model says, always inside the pane. Rows for which there is no space are scrolled to with two small buttons, a page
 /// at a time, or to the end with Control; beside them stands how many rows are hidden before and after. Titles and
 /// texts that are too long end in an ellipsis.
 ///
@@ -58,6 +60,9 @@ public:
     void TouchThis(ModifiableType p_type, Change p_change, Relationship p_relationship,
         Core::WeakPtr<Core::Node> const& p_node, std::string const& p_name, boost::any const& p_data) override;
 
+    /// What it takes of its pane where it finds its own place, as it was laid out last.
+    LegendStack::Taken Takes() const;
+
     Event::Result OnMouseOver(EventInformation& p_event) override;
     void OnMouseOut(EventInformation& p_event) override;
     Event::Result OnClick(EventInformation& p_event) override;
@@ -76,7 +81,8 @@ private:
     /// What decides about the layout beside the rows and the style.
     struct Settings {
         Types::Size pane;
-        float reserved = 0;
+        float reserved = 0; ///< for the title bar
+        LegendStack::Taken taken; ///< by other legends
         std::wstring title;
         bool isAutomatic = true;
         Types::XPosition x;
@@ -105,6 +111,7 @@ private:
     bool TakeSettings(DrawContext const& p_context, Model::Legend const& p_model);
     bool IsDimmingDue() const;
     void LayOut(DrawContext const& p_context);
+    void FitRows(LegendLayout::Request& p_request);
     void MeasureLongest();
 
     LegendRow const* RowOf(std::uint64_t p_name) const;
@@ -129,6 +136,7 @@ private:
     std::vector<std::uint8_t> _tall; ///< for each of these, whether it has a bar
     std::vector<std::uint32_t> _longest; ///< those that are likely to be the widest, the longest text first
 
+    std::shared_ptr<LegendStack> _stack; ///< null until the first update
     std::unique_ptr<Sheet> _sheet; ///< what is drawn
     Settings _settings;
     bool _isLayoutDue = true;

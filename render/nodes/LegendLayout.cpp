@@ -67,9 +67,10 @@ LegendLayout::LegendLayout(Request const& p_request)
     space.padding = ToolbarLayout::Scaled(Padding, _ratio);
     space.gap = ToolbarLayout::Scaled(ColumnGap, _ratio);
     float const around = 2 * (space.margin + space.padding);
-    space.innerWidth = static_cast<float>(p_request.pane.width) - around;
+    space.innerWidth =
+        static_cast<float>(p_request.pane.width) - around - (p_request.isAutomatic ? p_request.reservedRight : 0);
     space.innerHeight =
-        static_cast<float>(p_request.pane.height) - around - (p_request.isAutomatic ? p_request.reserved : 0);
+        static_cast<float>(p_request.pane.height) - around - (p_request.isAutomatic ? p_request.reservedAbove : 0);
     bool const isNothing = _rows == 0 && !(p_request.titleWidth > 0);
     if (isNothing || space.innerWidth < SwatchWidthOf(_lineHeight) ||
         space.innerHeight < RowHeight(_lineHeight, _ratio))
@@ -157,8 +158,8 @@ void LegendLayout::Place(Request const& p_request, Space const& p_space) {
     auto const& [paneWidth, paneHeight] = p_request.pane;
     ground = Rectangle(0, 0, width, height);
     if (p_request.isAutomatic) {
-        ground.x = static_cast<float>(paneWidth) - p_space.margin - width;
-        ground.y = static_cast<float>(paneHeight) - p_request.reserved - p_space.margin - height;
+        ground.x = static_cast<float>(paneWidth) - p_request.reservedRight - p_space.margin - width;
+        ground.y = static_cast<float>(paneHeight) - p_request.reservedAbove - p_space.margin - height;
     } else {
         ground.x = static_cast<float>(std::round(p_request.x.Resolve(0, paneWidth, width)));
         ground.y = static_cast<float>(std::round(p_request.y.Resolve(0, paneHeight, height)));

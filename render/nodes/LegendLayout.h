@@ -25,7 +25,10 @@ struct QOR_VIS_API LegendLayout {
     /// What decides about the places. Lengths are in pixels of the device.
     struct Request {
         Types::Size pane;
-        float reserved = 0; ///< at the upper side of the pane, for its title bar; for automatic placement alone
+        /// At the upper and at the right side of the pane, for its title bar and other legends; for automatic placement
+        /// alone.
+        float reservedAbove = 0;
+        float reservedRight = 0;
         bool isAutomatic = true;
         Types::XPosition x;
         Types::YPosition y;

@@ -13,7 +13,9 @@
 
 #include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <map>
 #include <random>
 #include <set>
 
@@ -42,7 +44,8 @@ TEST(LegendLayoutTest, whateverTheSizesNothingOverlapsOrLeavesThePaneAndEveryRow
         std::vector<std::uint8_t> tall(static_cast<std::size_t>(any(0, 60)));
         for (std::uint8_t& isTall : tall)
             isTall = any(0, 4) == 0 ? 1 : 0;
-        LegendLayout::Request request{{any(0, 400), any(0, 300)}, static_cast<float>(any(0, 1) * 20), any(0, 1) == 0,
+        LegendLayout::Request request{{any(0, 400), any(0, 300)}, static_cast<float>(any(0, 1) * 20),
+            static_cast<float>(any(0, 1) * any(0, 200)), any(0, 1) == 0,
             {static_cast<Types::DefinedAs>(any(0, 1)), static_cast<Types::XEdge>(any(0, 1)), any(-20, 500) / 10.0},
             {static_cast<Types::DefinedAs>(any(0, 1)), static_cast<Types::YEdge>(any(0, 1)), any(-20, 500) / 10.0},
             any(0, 4), static_cast<float>(any(2, 6)) / 2, static_cast<float>(any(1, 30)),
@@ -65,7 +68,9 @@ TEST(LegendLayoutTest, whateverTheSizesNothingOverlapsOrLeavesThePaneAndEveryRow
                         ASSERT_TRUE(AreApart(inCell[i], inCell[j]));
                 }
             }
-            ASSERT_TRUE(IsInside(layout.ground, pane));
+            float const off = request.isAutomatic ? 1 : 0;
+            ASSERT_TRUE(IsInside(layout.ground,
+                {0, 0, pane.width - off * request.reservedRight, pane.height - off * request.reservedAbove}));
             for (std::size_t i = 0; i < places.size(); ++i) {
                 ASSERT_TRUE(IsInside(places[i], layout.ground));
                 for (std::size_t j = 0; j < i; ++j)
@@ -278,6 +283,53 @@ TEST_F(LegendTest, rowsFollowTheModelAndScrollByPages) {
     Update();
     EXPECT_THAT(Rows(), ElementsAre(First));
     EXPECT_TRUE(PickName(Legend::PartScrollDown).empty());
+}
+
+TEST_F(LegendTest, legendsThatFindTheirPlacesKeepClearOfEachOther) {
+    auto const below = Core::MakeNode<Model::Legend>();
+    pane->Add(below);
+    for (auto const& legends : {legend, below})
+        legends->Add(Core::MakeNode<LegendEntry>(L"One more"));
+    struct Case {
+        char const* what;
+        std::function<void()> change;
+        bool isBeside;
+    };
+    for (Case const& c : {
+             Case{"below", [] {}, false},
+             Case{"beside a higher one", [&] { legend->SetTitle(L"Title"); }, true},
+             Case{"alone", [&] { legend->SetVisible(false); }, false},
+             Case{"below again", [&] { legend->SetVisible(true), legend->SetTitle(L""); }, false},
+             Case{"beside",
+                 [&] {
+                     for (int i = 0; i < 50; ++i)
+                         Add(L"x");
+                 },
+                 true},
+             Case{"the other one given", [&] { legend->SetAutomaticPlacement(false); }, false},
+         }) {
+        c.change();
+        Show();
+        std::map<Model::ModelNode const*, Rectangle> places;
+        for (int y = 0; y < 150; y += 2) {
+            for (int x = 0; x < 200; x += 2) {
+                for (HitRecord const& hit : Pick({x, y}, LayerOverlay)) {
+                    auto const left = static_cast<float>(x), low = static_cast<float>(y);
+                    Rectangle& place =
+                        places.try_emplace(hit.node.Peek()->SourceModel().Peek(), left, low, 1, 1).first->second;
+                    float const right = std::max(place.Right(), left + 1);
+                    place.x = std::min(place.x, left);
+                    place.width = right - place.x;
+                    place.height = low + 1 - place.y;
+                }
+            }
+        }
+        Rectangle const first = places[legend.Get()], second = places[below.Get()];
+        EXPECT_EQ(first.IsEmpty(), !legend->IsVisible()) << c.what;
+        EXPECT_GT(second.height, 20) << c.what;
+        EXPECT_EQ(second.Right() < 180, c.isBeside) << c.what;
+        EXPECT_TRUE(AreApart(first, second) || !legend->IsAutomaticallyPlaced()) << c.what;
+    }
 }
 
 TEST_F(LegendTest, theUnitIsThatOfTheConverterRegisteredNow) {
