@@ -43,7 +43,7 @@ struct CheckedList {
     bool HoldsNode(Model::ModelNode const& p_node) const {
         return std::ranges::any_of(expected, [&](Entry const& p_entry) { return p_entry.node.Peek() == &p_node; });
     }
-    void Edit(int p_how, Entries const& p_entries) {
+    void Edit(std::size_t p_how, Entries const& p_entries) {
         int const before = events;
         Entries const former = expected;
         Entries once;
@@ -60,10 +60,10 @@ struct CheckedList {
             else if (!isThere && p_how != 1)
                 expected.push_back(entry);
         }
-        using Change = bool (Model::SelectionList::*)(std::span<Entry const>);
-        static constexpr Change changes[] = {&Model::SelectionList::Select, &Model::SelectionList::Deselect,
-            &Model::SelectionList::Toggle, &Model::SelectionList::Replace};
-        bool const hasChanged = ((*list).*changes[p_how])(p_entries);
+        bool const hasChanged = p_how == 0 ? list->Select(p_entries)
+            : p_how == 1                   ? list->Deselect(p_entries)
+            : p_how == 2                   ? list->Toggle(p_entries)
+                                           : list->Replace(p_entries);
         EXPECT_EQ(hasChanged, expected != former) << p_how;
         EXPECT_EQ(events - before, hasChanged ? 1 : 0) << p_how;
     }
@@ -157,7 +157,7 @@ TEST_F(SelectionListTest, showsAndTellsWhatAPlainListHolds) {
                     node = group; // has no look of its own
                 entries.push_back({node, index ? std::optional(index) : std::nullopt});
             }
-            list.Edit(static_cast<int>(below(4)), entries);
+            list.Edit(below(4), entries);
         }
         }
         if (below(3))
