@@ -660,7 +660,7 @@ def write_stl(path):
 
 
 def write_sign(path):
-    """A compass rose on nothing, with smooth edges: 128 by 128 pixels, colour and alpha."""
+    """A compass rose with smooth edges, transparent around it: 128 by 128 pixels."""
     size, fine = 128, 4
 
     def inside(x, y):

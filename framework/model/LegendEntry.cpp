@@ -60,9 +60,9 @@ Property<LegendEntry, bool> const LegendEntry::ClickTogglesProperty(Field<&Legen
     {11, "clickToggles", "Whether a click shows and hides the target, if the legend allows it too."}, true);
 
 bool LegendEntry::SetRange(double p_first, double p_last) {
-    if (std::isfinite(p_last))
-        return RangeFirstProperty.Set(*this, p_first) && RangeLastProperty.Set(*this, p_last);
-    return RangeLastProperty.Set(*this, p_last); // refused
+    if (!std::isfinite(p_last)) // refused before the other one is written
+        return RangeLastProperty.Set(*this, p_last);
+    return RangeFirstProperty.Set(*this, p_first) && RangeLastProperty.Set(*this, p_last);
 }
 
 PropertyList const& LegendEntry::ClassProperties() {

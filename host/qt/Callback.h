@@ -9,7 +9,8 @@ namespace Qor::Chart::Host {
 template <class Signature>
 class Callback;
 
-/// What a program has set to be called. It may put another in its own place while it runs.
+/// What a program has set to be called; empty at first, and then not to be called. It may put another in its own place
+/// while it runs, and remembers its state from call to call.
 template <class Result, class... Arguments>
 class Callback<Result(Arguments...)> {
 public:
